@@ -1,0 +1,1 @@
+qm_tests(CoreTests Core ROOMS KestrelCommon/Core)

@@ -1,0 +1,53 @@
+#pragma once // The state of the tools.
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace tilebuilder
+{
+
+struct Brush;
+
+enum EditorTool : uint8_t
+{
+    ToolHeight = 0,
+    ToolMaterial = 1,
+    ToolColor = 2,
+    ToolClutter = 3,
+    ToolPlace = 4,
+};
+
+enum HeightMode : uint32_t
+{
+    HeightRaise = 0,
+    HeightFlatten = 1,
+    HeightSmooth = 2,
+};
+
+/// Plain values; owned by the editor object, read and written by the windows.
+struct EditorToolState
+{
+    static constexpr int s_iMaxStrength = 100;
+    static constexpr int s_iMaxSize = 10000;
+    static constexpr uint32_t s_uDefaultViewMask = 1020;
+
+    uint8_t transformMode = 0; ///< 0 translate, 1 rotate, 2 scale
+    uint8_t tool = ToolHeight;
+    uint8_t pickState = 2;  ///< 2 normal; 0 the next click picks a colour; 1 consumed until the release
+    uint8_t selectMode = 1; ///< 1 normal; 0 connect mode
+    uint32_t heightMode = HeightRaise;
+    const Brush* pBrush = nullptr;
+    int32_t strength = 50; ///< 0 to 100
+    int32_t size = 25;     ///< diameter in metres, 0 to 10000
+    bool noPlacement = true;
+    std::vector<uint8_t> clutterSelection;
+    std::array<float, 4> entityColor{1.0f, 1.0f, 1.0f, 1.0f};
+    std::array<float, 4> groundColor{1.0f, 1.0f, 1.0f, 1.0f};
+    uint32_t groundMaterial = 0;
+    uint32_t viewMask = s_uDefaultViewMask;
+};
+
+} // namespace tilebuilder
