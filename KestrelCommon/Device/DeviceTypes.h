@@ -60,8 +60,8 @@ enum class BufferKind : uint8_t
 struct BufferDesc
 {
     std::string sName;
-    size_t uSize = 0;    ///< bytes
-    size_t uStride = 0;  ///< bytes from element to element; 0 for constant buffers
+    size_t uSize = 0;   ///< bytes
+    size_t uStride = 0; ///< bytes from element to element; 0 for constant buffers
     BufferKind eKind = BufferKind::Vertex;
     bool bDynamic = false; ///< rewritten every frame
 };

@@ -17,7 +17,10 @@ namespace
 constexpr uint32_t s_uDoublingLimit = 0x100000;
 constexpr uint32_t s_uMaxBytes = UINT32_MAX / 8;
 
-constexpr uint32_t wholeBytes(uint32_t uBits) { return uBits / 8 + (uBits % 8 != 0); }
+constexpr uint32_t wholeBytes(uint32_t uBits)
+{
+    return uBits / 8 + (uBits % 8 != 0);
+}
 
 // A multi-byte value between the host's order and the network's; its own inverse.
 std::array<uint8_t, 16> networkOrder(const void* pValue, size_t uBytes)
@@ -52,7 +55,10 @@ BitStream::~BitStream()
         std::free(m_pData);
 }
 
-std::span<const std::byte> BitStream::bytes() const { return {m_pData, wholeBytes(m_uBitsUsed)}; }
+std::span<const std::byte> BitStream::bytes() const
+{
+    return {m_pData, wholeBytes(m_uBitsUsed)};
+}
 
 bool BitStream::grow(uint32_t uBits)
 {
@@ -66,8 +72,8 @@ bool BitStream::grow(uint32_t uBits)
     if (wholeBytes(static_cast<uint32_t>(uRequired)) <= wholeBytes(m_uBitsAllocated))
         return true;
 
-    const uint64_t uGrown =
-        std::min<uint64_t>(uRequired <= s_uDoublingLimit ? uRequired * 2 : uRequired + s_uDoublingLimit, UINT32_MAX - 7);
+    const uint64_t uGrown = std::min<uint64_t>(
+        uRequired <= s_uDoublingLimit ? uRequired * 2 : uRequired + s_uDoublingLimit, UINT32_MAX - 7);
     const uint32_t uBytes = wholeBytes(static_cast<uint32_t>(uGrown));
     if (uBytes > s_uInlineBytes)
     {
@@ -211,14 +217,47 @@ bool BitStream::readSwapped(T& value)
     return true;
 }
 
-void BitStream::write(uint8_t uValue) { writeBits(&uValue, 8); }
-void BitStream::write(uint16_t uValue) { writeSwapped(uValue); }
-void BitStream::write(uint32_t uValue) { writeSwapped(uValue); }
-void BitStream::write(float fValue) { writeSwapped(fValue); }
-void BitStream::write(const Uuid& uuid) { writeSwapped(uuid.bytes); }
-bool BitStream::read(uint8_t& uValue) { return readBits(&uValue, 8); }
-bool BitStream::read(uint16_t& uValue) { return readSwapped(uValue); }
-bool BitStream::read(uint32_t& uValue) { return readSwapped(uValue); }
-bool BitStream::read(int32_t& iValue) { return readSwapped(iValue); }
-bool BitStream::read(float& fValue) { return readSwapped(fValue); }
-bool BitStream::read(Uuid& uuid) { return readSwapped(uuid.bytes); }
+void BitStream::write(uint8_t uValue)
+{
+    writeBits(&uValue, 8);
+}
+void BitStream::write(uint16_t uValue)
+{
+    writeSwapped(uValue);
+}
+void BitStream::write(uint32_t uValue)
+{
+    writeSwapped(uValue);
+}
+void BitStream::write(float fValue)
+{
+    writeSwapped(fValue);
+}
+void BitStream::write(const Uuid& uuid)
+{
+    writeSwapped(uuid.bytes);
+}
+bool BitStream::read(uint8_t& uValue)
+{
+    return readBits(&uValue, 8);
+}
+bool BitStream::read(uint16_t& uValue)
+{
+    return readSwapped(uValue);
+}
+bool BitStream::read(uint32_t& uValue)
+{
+    return readSwapped(uValue);
+}
+bool BitStream::read(int32_t& iValue)
+{
+    return readSwapped(iValue);
+}
+bool BitStream::read(float& fValue)
+{
+    return readSwapped(fValue);
+}
+bool BitStream::read(Uuid& uuid)
+{
+    return readSwapped(uuid.bytes);
+}

@@ -16,11 +16,8 @@ public:
     [[nodiscard]] size_t remaining() const { return m_spanBytes.size() - m_uPosition; }
 
     template <class T>
-        requires std::is_trivially_copyable_v<T>
-    [[nodiscard]] bool read(T& value)
-    {
-        return read(&value, sizeof(T));
-    }
+    requires std::is_trivially_copyable_v<T>
+    [[nodiscard]] bool read(T& value) { return read(&value, sizeof(T)); }
 
     [[nodiscard]] bool read(void* pOut, size_t uBytes)
     {

@@ -14,8 +14,8 @@ OwnedBytes reallocate(OwnedBytes pOld, uint64_t uBytes)
     void* pNew = uBytes <= UINT32_MAX ? std::realloc(pOld.get(), uBytes) : nullptr;
     if (!pNew)
     {
-        QM_LOG_ERROR("Linear memory reallocation failed (", uBytes, " bytes) - ", UTILS::baseName(__FILE__), ":",
-                     __LINE__);
+        QM_LOG_ERROR("Linear memory reallocation failed (", uBytes, " bytes) - ", UTILS::baseName(__FILE__),
+                     ":", __LINE__);
         throw std::bad_alloc();
     }
     static_cast<void>(pOld.release());
@@ -35,7 +35,8 @@ void ByteStream::reserve(uint64_t uBytes)
     if (uBytes < m_uCapacity)
         return;
     // At the very end of the 32-bit range the next power of two no longer fits.
-    const uint64_t uCapacity = uBytes < UINT32_MAX ? std::min<uint64_t>(grownCapacity(uBytes), UINT32_MAX) : uBytes;
+    const uint64_t uCapacity =
+        uBytes < UINT32_MAX ? std::min<uint64_t>(grownCapacity(uBytes), UINT32_MAX) : uBytes;
     m_pData = reallocate(std::move(m_pData), uCapacity);
     m_uCapacity = static_cast<uint32_t>(uCapacity);
 }

@@ -28,8 +28,7 @@ public:
     void write(const void* pData, size_t uBytes);
 
     template <class T>
-        requires(std::is_trivially_copyable_v<T> && !std::is_pointer_v<T>)
-    void write(const T& value)
+    requires(std::is_trivially_copyable_v<T> && !std::is_pointer_v<T>) void write(const T& value)
     {
         write(&value, sizeof(T));
     }

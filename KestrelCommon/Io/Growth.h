@@ -5,4 +5,7 @@
 
 /// The capacity for a request of that many bytes: the power of two above it, so that an exact
 /// power of two is followed by the next one.
-[[nodiscard]] constexpr uint64_t grownCapacity(uint64_t uBytes) { return std::bit_ceil(uBytes + 1); }
+[[nodiscard]] constexpr uint64_t grownCapacity(uint64_t uBytes)
+{
+    return std::bit_ceil(uBytes + 1);
+}

@@ -11,7 +11,10 @@ constexpr uint32_t s_uMaxInput = 0x7E000000;
 constexpr int s_iFinalLevel = 9;
 } // namespace
 
-uint32_t lz4Bound(uint32_t uSize) { return uSize > s_uMaxInput ? 0 : uSize + uSize / 255 + 16; }
+uint32_t lz4Bound(uint32_t uSize)
+{
+    return uSize > s_uMaxInput ? 0 : uSize + uSize / 255 + 16;
+}
 
 std::span<const std::byte> lz4Compress(std::span<const std::byte> spanSource, Lz4Quality eQuality,
                                        ResizeableBuffer& bufferScratch)

@@ -17,8 +17,8 @@ enum class Lz4Quality : uint8_t
 
 /// Compresses into the scratch buffer; the compressed bytes, which stay valid until its next
 /// use. Empty when the source is empty or too large.
-[[nodiscard]] std::span<const std::byte> lz4Compress(std::span<const std::byte> spanSource, Lz4Quality eQuality,
-                                                     ResizeableBuffer& bufferScratch);
+[[nodiscard]] std::span<const std::byte> lz4Compress(std::span<const std::byte> spanSource,
+                                                     Lz4Quality eQuality, ResizeableBuffer& bufferScratch);
 
 /// Decompresses to exactly the output's size. False: damaged, or of another size; the output
 /// is then unspecified. Never reads or writes out of bounds.

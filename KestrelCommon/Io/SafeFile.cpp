@@ -140,7 +140,10 @@ bool SafeFile::commit()
     return true;
 }
 
-void SafeFile::setStepHook(std::function<void(SaveStep)> fnHook) { s_fnStepHook = std::move(fnHook); }
+void SafeFile::setStepHook(std::function<void(SaveStep)> fnHook)
+{
+    s_fnStepHook = std::move(fnHook);
+}
 
 bool writeFileSafely(const std::filesystem::path& path, std::span<const std::byte> spanBytes)
 {
