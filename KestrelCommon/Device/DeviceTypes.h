@@ -60,8 +60,8 @@ enum class BufferKind : uint8_t
 struct BufferDesc
 {
     std::string sName;
-    size_t uSize = 0;    ///< bytes
-    size_t uStride = 0;  ///< bytes from element to element; 0 for constant buffers
+    size_t uSize = 0;   ///< bytes
+    size_t uStride = 0; ///< bytes from element to element; 0 for constant buffers
     BufferKind eKind = BufferKind::Vertex;
     bool bDynamic = false; ///< rewritten every frame
 };
@@ -156,8 +156,8 @@ enum class CullMode : uint8_t
 struct PipelineDesc
 {
     std::string sName;
-    std::string sVertexSource;   ///< GLSL, without "#version"
-    std::string sFragmentSource; ///< GLSL, without "#version"
+    std::string sVertexSource;   ///< GLSL, without "#version"; VERTEX_STAGE is defined
+    std::string sFragmentSource; ///< GLSL, without "#version"; FRAGMENT_STAGE is defined
     std::vector<std::string> vecDefines;
     std::vector<VertexSlot> vecSlots;
     std::vector<VertexAttribute> vecAttributes;
