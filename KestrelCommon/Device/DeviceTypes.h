@@ -156,8 +156,8 @@ enum class CullMode : uint8_t
 struct PipelineDesc
 {
     std::string sName;
-    std::string sVertexSource;   ///< GLSL, without "#version"
-    std::string sFragmentSource; ///< GLSL, without "#version"
+    std::string sVertexSource;   ///< GLSL, without "#version"; VERTEX_STAGE is defined
+    std::string sFragmentSource; ///< GLSL, without "#version"; FRAGMENT_STAGE is defined
     std::vector<std::string> vecDefines;
     std::vector<VertexSlot> vecSlots;
     std::vector<VertexAttribute> vecAttributes;

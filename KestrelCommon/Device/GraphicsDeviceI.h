@@ -51,7 +51,7 @@ public:
     virtual TargetHandle createTarget(const TargetDesc& desc) = 0;
     [[nodiscard]] virtual TextureHandle targetColour(TargetHandle target) const = 0;
     [[nodiscard]] virtual TextureHandle targetDepth(TargetHandle target) const = 0;
-    /// RGBA bytes, top row first: width * height * 4.
+    /// RGBA bytes, top row first: width * height * 4. Null: the window's target.
     virtual bool readTarget(TargetHandle target, std::span<std::byte> spanOut) = 0;
     virtual void destroyTarget(TargetHandle target) = 0;
 

@@ -1,0 +1,1 @@
+qm_tests(DeviceTests Device ROOMS KestrelCommon/Device)
