@@ -1,0 +1,1 @@
+qm_tests(InputTests Input ROOMS KestrelCommon/Services)

@@ -1,0 +1,1 @@
+qm_tests(PlatformTests Platform ROOMS KestrelCommon/Platform)

@@ -1,0 +1,95 @@
+#pragma once // What the windows and the key table ask of the editor object.
+
+#include "KestrelCommon/Core/Uuid.h"
+#include "TileEditorCommon/Contracts/EditorToolState.h"
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tilebuilder
+{
+
+/// A falloff that the brush window offers. The falloff is borrowed and lives as long as the program.
+struct BrushChoice
+{
+    const Brush* pBrush = nullptr;
+    std::string sName; ///< "Linear", "Smooth", "Rounded", "Sharp", "Solid", "Gauss"; also names the picture
+};
+
+/// A tile that the open window lists.
+struct TileFile
+{
+    std::string sName;     ///< file name without folder and extension
+    std::string sPath;     ///< keyed path of the file
+    std::string sCategory; ///< "User", "Creative", "Survival" or the name of the context's item
+};
+
+/// What the status overlay and the wheel need of the camera.
+struct CameraStatus
+{
+    std::array<float, 3> position{}; ///< metres in the world
+    float flySpeed = 1.0f;
+    bool flying = false; ///< the right button turns the view
+};
+
+/// The editor object as the interface sees it: values to show and operations to call. The windows
+/// hold no document state; they read these at each refresh and write through them.
+///
+/// Strings that come back are copies. Main thread only.
+class EditorActionsI
+{
+public:
+    virtual ~EditorActionsI() = default;
+
+    // Tools
+
+    [[nodiscard]] virtual EditorToolState& toolState() = 0;
+    /// Changes the tool and its panels; the interface becomes dirty in any case.
+    virtual void setTool(uint8_t uTool) = 0;
+    /// All falloffs in the order of their buttons.
+    [[nodiscard]] virtual std::vector<BrushChoice> brushes() const = 0;
+
+    // Document
+
+    [[nodiscard]] virtual bool isDocumentOpen() const = 0;
+    /// The document's present name and folder; both empty for a tile that was never saved.
+    [[nodiscard]] virtual std::string documentName() const = 0;
+    [[nodiscard]] virtual std::string documentDirectory() const = 0;
+    [[nodiscard]] virtual Uuid documentUuid() const = 0;
+    [[nodiscard]] virtual bool isUnsaved() const = 0;
+    /// Keyed paths of the documents on the way to the open one, which is the last.
+    [[nodiscard]] virtual std::vector<std::string> pathStack() const = 0;
+
+    virtual void save() = 0;
+    /// An empty directory has the tile make a new place for the file.
+    virtual void saveAs(const std::string& sName, const std::string& sDirectory) = 0;
+    /// Asks first when there are unsaved changes. Cells on a side.
+    virtual void requestNewTile(int32_t iSize) = 0;
+    /// Asks first when there are unsaved changes. The path stack becomes that path.
+    virtual void openDocument(const std::string& sPath) = 0;
+    /// Opens an entry of the path stack, below the last, and cuts the stack behind it.
+    virtual void openStackLevel(size_t uLevel) = 0;
+    virtual void requestExit() = 0;
+    /// All tiles that can be opened, looked up on disk, in the order of the list.
+    [[nodiscard]] virtual std::vector<TileFile> tileFiles() const = 0;
+
+    // View
+
+    [[nodiscard]] virtual CameraStatus cameraStatus() const = 0;
+    /// Clamped to 0.3 to 6.0 by the caller.
+    virtual void setFlySpeed(float fSpeed) = 0;
+    /// Moves the camera along its view, cancelling a glide. Metres.
+    virtual void moveCameraForward(float fDistance) = 0;
+    /// Where the ray through the cursor meets the ground or an object, 4000 m at most.
+    [[nodiscard]] virtual std::optional<std::array<float, 3>> cursorHit() const = 0;
+    /// Metres; nothing without a grid entity.
+    [[nodiscard]] virtual std::optional<float> gridSpacing() const = 0;
+
+    /// The interface must refresh; bits of ChangeMask.
+    virtual void markInterfaceDirty(uint32_t uMask) = 0;
+};
+
+} // namespace tilebuilder
