@@ -99,6 +99,7 @@ bool Renderer::init()
 
     PipelineDesc ground;
     setGroundInput(ground);
+    ground.eCull = CullMode::Front; // its triangles run clockwise seen from above
     ground.vecDefines = {"GBUFFER 1"};
     build(m_groundPipeline, "main_editor_terrain_surface", ground);
     ground.vecDefines = {"DEPTH 1"};
