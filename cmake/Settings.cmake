@@ -7,6 +7,7 @@ set(CMAKE_PCH_INSTANTIATE_TEMPLATES ON)
 
 option(QM_SANITIZE "Build with address and undefined behaviour sanitizers" OFF)
 option(QM_FUZZ "Build the fuzz targets (clang only)" OFF)
+option(QM_TESTS "Build the tests" OFF)
 option(QM_BENCHMARKS "Build the benchmarks" OFF)
 option(QM_CONTENT "Lay out the game folder with the starter content" OFF)
 set(QM_GAME_DIR ${CMAKE_SOURCE_DIR}/build/game CACHE PATH "The game folder: Data, Survival, ChallengeData")

@@ -10,7 +10,10 @@ namespace
 std::atomic<AssertCallback> s_fnCallback{nullptr};
 }
 
-void setAssertCallback(AssertCallback fnCallback) { s_fnCallback = fnCallback; }
+void setAssertCallback(AssertCallback fnCallback)
+{
+    s_fnCallback = fnCallback;
+}
 
 bool reportAssert(const char* pExpression, const char* pFile, int iLine)
 {

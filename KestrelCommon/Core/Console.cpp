@@ -22,11 +22,11 @@ struct Channel
 };
 
 constexpr Channel s_arrChannels[] = {
-    {LogDefault, " [Default] "},   {LogProfile, " [Profile] "}, {LogResource, " [Resource] "},
-    {LogShader, " [Shader] "},     {LogBuffer, " [Buffer] "},   {LogRender, " [Render] "},
-    {LogNetwork, " [Network] "},   {LogSystem, " [System] "},   {LogTerrain, " [Terrain] "},
-    {LogWorld, " [World] "},       {LogLua, " [Lua] "},         {LogPrint, " [Print] "},
-    {LogAudio, " [Audio] "},       {LogUgc, " [UGC] "},         {LogSteam, " [Steam] "},
+    {LogDefault, " [Default] "}, {LogProfile, " [Profile] "}, {LogResource, " [Resource] "},
+    {LogShader, " [Shader] "},   {LogBuffer, " [Buffer] "},   {LogRender, " [Render] "},
+    {LogNetwork, " [Network] "}, {LogSystem, " [System] "},   {LogTerrain, " [Terrain] "},
+    {LogWorld, " [World] "},     {LogLua, " [Lua] "},         {LogPrint, " [Print] "},
+    {LogAudio, " [Audio] "},     {LogUgc, " [UGC] "},         {LogSteam, " [Steam] "},
 };
 
 constexpr uint32_t s_uChannelBits = 0x3FFFFFFF;
@@ -35,10 +35,14 @@ const char* terminalColour(uint16_t uAttribute)
 {
     switch (uAttribute)
     {
-    case AttributeGreen: return "\033[32m";
-    case AttributeRed: return "\033[31m";
-    case AttributeYellow: return "\033[33m";
-    default: return "\033[0m";
+    case AttributeGreen:
+        return "\033[32m";
+    case AttributeRed:
+        return "\033[31m";
+    case AttributeYellow:
+        return "\033[33m";
+    default:
+        return "\033[0m";
     }
 }
 
@@ -94,10 +98,9 @@ void Console::log(std::string_view sText, uint16_t uAttribute, uint32_t uFlags)
     const uint32_t uChannels = (uFlags & s_uChannelBits) ? (uFlags & s_uChannelBits) : uFlags;
     if (m_settings.bConsole && (uChannels & m_settings.uConsoleMask))
     {
-        const std::string sLine = m_settings.bColours
-                                      ? concat(terminalColour(uAttribute), sPrefix, sText,
-                                               terminalColour(AttributeNormal), '\n')
-                                      : concat(sPrefix, sText, '\n');
+        const std::string sLine = m_settings.bColours ? concat(terminalColour(uAttribute), sPrefix, sText,
+                                                               terminalColour(AttributeNormal), '\n')
+                                                      : concat(sPrefix, sText, '\n');
         std::fwrite(sLine.data(), 1, sLine.size(), stdout);
         std::fflush(stdout);
     }

@@ -34,12 +34,12 @@ std::optional<uint32_t> claimIndex()
 
 void FrameAllocator::AlignedDelete::operator()(std::byte* pMemory) const
 {
-    ::operator delete(pMemory, std::align_val_t{s_uAlignment});
+    ::operator delete (pMemory, std::align_val_t{s_uAlignment});
 }
 
 FrameAllocator::Block FrameAllocator::allocateBlock(size_t uSize)
 {
-    return Block(static_cast<std::byte*>(::operator new(uSize, std::align_val_t{s_uAlignment})));
+    return Block(static_cast<std::byte*>(::operator new (uSize, std::align_val_t{s_uAlignment})));
 }
 
 FrameAllocator::FrameAllocator(uint32_t uIndex) : m_pBuffer(allocateBlock(s_uCapacity)), m_uIndex(uIndex)
@@ -64,8 +64,8 @@ void* FrameAllocator::allocate(size_t uSize)
         m_uUsed += uSize;
         return pMemory;
     }
-    QM_LOG_ERROR("Out of frame memory! Heap used instead. Requested ", uSize, " bytes. Unused: ",
-                 s_uCapacity - m_uUsed, "/", s_uCapacity);
+    QM_LOG_ERROR("Out of frame memory! Heap used instead. Requested ", uSize,
+                 " bytes. Unused: ", s_uCapacity - m_uUsed, "/", s_uCapacity);
     m_vecHeapBlocks.push_back(allocateBlock(uSize));
     return m_vecHeapBlocks.back().get();
 }

@@ -24,9 +24,21 @@ double seconds()
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - s_start).count();
 }
 
-uint64_t ticks() { return s_uTicks; }
-void countTick() { ++s_uTicks; }
-uint64_t frame() { return s_uFrame; }
-void countFrame() { ++s_uFrame; }
+uint64_t ticks()
+{
+    return s_uTicks;
+}
+void countTick()
+{
+    ++s_uTicks;
+}
+uint64_t frame()
+{
+    return s_uFrame;
+}
+void countFrame()
+{
+    ++s_uFrame;
+}
 
 } // namespace FrameClock

@@ -2,5 +2,11 @@
 
 #include <xxhash.h>
 
-uint64_t xxh3(std::span<const std::byte> spanBytes) { return XXH3_64bits(spanBytes.data(), spanBytes.size()); }
-uint64_t xxh3(std::string_view sText) { return XXH3_64bits(sText.data(), sText.size()); }
+uint64_t xxh3(std::span<const std::byte> spanBytes)
+{
+    return XXH3_64bits(spanBytes.data(), spanBytes.size());
+}
+uint64_t xxh3(std::string_view sText)
+{
+    return XXH3_64bits(sText.data(), sText.size());
+}

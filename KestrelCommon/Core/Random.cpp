@@ -5,7 +5,10 @@ namespace
 thread_local uint64_t s_uState = 0x9E3779B97F4A7C15ull;
 }
 
-void seedRandom(uint64_t uSeed) { s_uState = uSeed; }
+void seedRandom(uint64_t uSeed)
+{
+    s_uState = uSeed;
+}
 
 // SplitMix64 (Steele, Lea, Flood 2014): one addition and three xor-shift-multiplies a number.
 uint32_t random32()

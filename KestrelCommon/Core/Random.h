@@ -9,4 +9,7 @@ void seedRandom(uint64_t uSeed);
 [[nodiscard]] uint32_t random32();
 
 /// 0 to 32767.
-[[nodiscard]] inline uint32_t random15() { return random32() >> 17; }
+[[nodiscard]] inline uint32_t random15()
+{
+    return random32() >> 17;
+}

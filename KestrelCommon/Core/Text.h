@@ -9,11 +9,20 @@ namespace UTILS
 
 namespace detail
 {
-inline void append(std::string& sOut, std::string_view sPiece) { sOut += sPiece; }
-inline void append(std::string& sOut, const char* pPiece) { sOut += pPiece; }
-inline void append(std::string& sOut, char cPiece) { sOut += cPiece; }
+inline void append(std::string& sOut, std::string_view sPiece)
+{
+    sOut += sPiece;
+}
+inline void append(std::string& sOut, const char* pPiece)
+{
+    sOut += pPiece;
+}
+inline void append(std::string& sOut, char cPiece)
+{
+    sOut += cPiece;
+}
 template <class T>
-    requires std::is_arithmetic_v<T>
+requires std::is_arithmetic_v<T>
 void append(std::string& sOut, T value)
 {
     sOut += std::to_string(value);

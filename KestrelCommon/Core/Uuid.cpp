@@ -20,7 +20,10 @@ int hexDigit(char c)
     return -1;
 }
 
-constexpr bool isDash(size_t uPlace) { return uPlace == 8 || uPlace == 13 || uPlace == 18 || uPlace == 23; }
+constexpr bool isDash(size_t uPlace)
+{
+    return uPlace == 8 || uPlace == 13 || uPlace == 18 || uPlace == 23;
+}
 
 } // namespace
 

@@ -1,5 +1,5 @@
-#include "KestrelCommon/Core/Assert.h"
 #include "KestrelCommon/Core/Console.h"
+#include "KestrelCommon/Core/Assert.h"
 #include "Tests/Support/LogCapture.h"
 #include "Tests/Support/TempFolder.h"
 

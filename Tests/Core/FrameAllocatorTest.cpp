@@ -25,8 +25,9 @@ TEST(FrameAllocator, overflowGoesToTheHeapWithAnErrorUntilTheReset)
     pAllocator->reset();
     void* pMemory = pAllocator->allocate(FrameAllocator::s_uCapacity + 1);
     std::memset(pMemory, 1, FrameAllocator::s_uCapacity + 1);
-    EXPECT_EQ(log.count("Out of frame memory! Heap used instead. Requested 4194320 bytes. Unused: 4194304/4194304"),
-              1u);
+    EXPECT_EQ(
+        log.count("Out of frame memory! Heap used instead. Requested 4194320 bytes. Unused: 4194304/4194304"),
+        1u);
     EXPECT_EQ(pAllocator->heapBlocks(), 1u);
     FrameAllocator::resetAll();
     EXPECT_EQ(pAllocator->heapBlocks(), 0u);

@@ -15,9 +15,10 @@ TEST(Uuid, readsAndWritesItsTextForm)
 
 TEST(Uuid, refusesAnyOtherForm)
 {
-    for (const char* pText : {"", "0123abcd-4567-49ef-8123-456789abcde", "0123abcd-4567-49ef-8123-456789abcdef0",
-                              "0123abcd4567-49ef-8123-456789abcdef--", "0123abcd-4567-49ef-8123-456789abcdeg",
-                              "{123abcd-4567-49ef-8123-456789abcdef", "0123abcd-4567-49ef-81234-56789abcdef"})
+    for (const char* pText :
+         {"", "0123abcd-4567-49ef-8123-456789abcde", "0123abcd-4567-49ef-8123-456789abcdef0",
+          "0123abcd4567-49ef-8123-456789abcdef--", "0123abcd-4567-49ef-8123-456789abcdeg",
+          "{123abcd-4567-49ef-8123-456789abcdef", "0123abcd-4567-49ef-81234-56789abcdef"})
         EXPECT_FALSE(Uuid::parse(pText)) << pText;
 }
 

@@ -1,15 +1,18 @@
 #include "Tests/Support/LogCapture.h"
 
 LogCapture::LogCapture()
-    : m_console([this] {
-          UTILS::ConsoleSettings settings;
-          settings.uListenerMask = 0xFFFFFFFF;
-          settings.fnListener = [this](std::string_view sText, uint32_t uFlags) {
-              const std::scoped_lock lock(m_lock);
-              m_vecLines.push_back({std::string(sText), uFlags});
-          };
-          return settings;
-      }())
+    : m_console(
+          [this]
+          {
+              UTILS::ConsoleSettings settings;
+              settings.uListenerMask = 0xFFFFFFFF;
+              settings.fnListener = [this](std::string_view sText, uint32_t uFlags)
+              {
+                  const std::scoped_lock lock(m_lock);
+                  m_vecLines.push_back({std::string(sText), uFlags});
+              };
+              return settings;
+          }())
 {
 }
 

@@ -2,7 +2,8 @@
 
 #include "KestrelCommon/Core/Uuid.h"
 
-TempFolder::TempFolder() : m_path(std::filesystem::temp_directory_path() / ("tile-editor-test-" + Uuid::random().text()))
+TempFolder::TempFolder()
+    : m_path(std::filesystem::temp_directory_path() / ("tile-editor-test-" + Uuid::random().text()))
 {
     std::filesystem::create_directories(m_path);
 }

@@ -1,0 +1,75 @@
+#pragma once // A bit-granular stream with multi-byte values in network byte order.
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+struct Uuid;
+
+/// Bits fill each byte from the most significant down. Small content stays inline; a stream
+/// over foreign memory reads it in place and never grows.
+///
+/// Errors: a read that would pass the end returns false, moves nothing and leaves its output.
+class BitStream
+{
+public:
+    static constexpr size_t s_uInlineBytes = 256;
+
+    BitStream() = default;
+    /// Without copy the memory is borrowed and must outlive the stream.
+    BitStream(const void* pData, size_t uBytes, bool bCopy);
+    ~BitStream();
+    BitStream(const BitStream&) = delete;
+    BitStream& operator=(const BitStream&) = delete;
+
+    [[nodiscard]] uint32_t bitsUsed() const { return m_uBitsUsed; }
+    [[nodiscard]] uint32_t readOffset() const { return m_uReadOffset; }
+    [[nodiscard]] uint32_t bitsAllocated() const { return m_uBitsAllocated; }
+    [[nodiscard]] uint32_t bitsLeft() const { return m_uBitsUsed - m_uReadOffset; }
+    /// What is written so far; the last byte may be partial, its low bits are 0.
+    [[nodiscard]] std::span<const std::byte> bytes() const;
+
+    /// Any number of bits; those of a last partial byte lie right-aligned in the source.
+    void writeBits(const void* pData, uint32_t uBits);
+    [[nodiscard]] bool readBits(void* pOut, uint32_t uBits);
+
+    void writeBytes(const void* pData, uint32_t uBytes) { writeBits(pData, uBytes * 8); }
+    [[nodiscard]] bool readBytes(void* pOut, uint32_t uBytes);
+
+    /// Moves the write position to the next byte boundary; the bits between are 0.
+    void alignWrite();
+    void alignRead();
+    /// Moves the read position to the next byte boundary, then reads. A count of 0 asserts.
+    [[nodiscard]] bool readAlignedBytes(void* pOut, uint32_t numberOfBytesToRead);
+
+    void writeBool(bool bValue);
+    [[nodiscard]] bool readBool(bool& bValue);
+
+    void write(uint8_t uValue);
+    void write(uint16_t uValue);
+    void write(uint32_t uValue);
+    void write(int32_t iValue) { write(static_cast<uint32_t>(iValue)); }
+    void write(float fValue);
+    void write(const Uuid& uuid);
+    [[nodiscard]] bool read(uint8_t& uValue);
+    [[nodiscard]] bool read(uint16_t& uValue);
+    [[nodiscard]] bool read(uint32_t& uValue);
+    [[nodiscard]] bool read(int32_t& iValue);
+    [[nodiscard]] bool read(float& fValue);
+    [[nodiscard]] bool read(Uuid& uuid);
+
+private:
+    bool grow(uint32_t uBits);
+    template <class T>
+    void writeSwapped(T value);
+    template <class T>
+    bool readSwapped(T& value);
+
+    uint32_t m_uBitsUsed = 0;
+    uint32_t m_uReadOffset = 0;
+    std::array<std::byte, s_uInlineBytes> m_inline{};
+    std::byte* m_pData = m_inline.data();
+    uint32_t m_uBitsAllocated = s_uInlineBytes * 8;
+    bool m_bOwnsData = true;
+};

@@ -1,0 +1,1 @@
+qm_tests(DataTests Data ROOMS KestrelCommon/Data)

@@ -1,0 +1,1 @@
+qm_tests(ServicesTests Services ROOMS KestrelCommon/Services)

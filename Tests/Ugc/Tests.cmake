@@ -1,0 +1,1 @@
+qm_tests(UgcTests Ugc ROOMS KestrelCommon/Ugc)

@@ -1,0 +1,146 @@
+#include "KestrelCommon/Ugc/UgcManager.h"
+
+#include "KestrelCommon/Core/UserMessageI.h"
+#include "KestrelCommon/Services/DirectoryManager.h"
+#include "KestrelCommon/Ugc/UgcTile.h"
+#include "Tests/Support/LogCapture.h"
+#include "Tests/Support/TempFolder.h"
+
+#include <fstream>
+#include <gtest/gtest.h>
+
+namespace
+{
+
+constexpr const char* s_pId = "0123abcd-4567-49ef-8123-456789abcdef";
+
+struct Messages : UserMessageI
+{
+    void showMessage(std::string_view sId, std::string_view sText) override
+    {
+        sAll += std::string(sId) + "|" + std::string(sText) + "\n";
+    }
+    std::string sAll;
+};
+
+struct UgcManagerTest : testing::Test
+{
+    UgcManagerTest()
+        : m_directories({m_folder.path() / "roaming",
+                         m_folder.path() / "local",
+                         m_folder.path() / "game/Release",
+                         {},
+                         7})
+    {
+        m_directories.initialise();
+        m_pManager = std::make_unique<UgcManager>(&m_messages);
+    }
+
+    // An item folder below the tiles with that description; a tile and a picture beside it.
+    std::string describe(const std::string& sFolder, const std::string& sJson)
+    {
+        const std::string sDirectory = m_directories.tilesFolder() + "/" + sFolder;
+        std::filesystem::create_directories(sDirectory);
+        std::ofstream(sDirectory + "/description.json") << sJson;
+        std::ofstream(sDirectory + "/hill.tile") << "TILE";
+        std::ofstream(sDirectory + "/hill.png") << "png";
+        return sDirectory;
+    }
+
+    static std::string tile(const std::string& sMembers)
+    {
+        return std::string("{\"type\":\"Tile\",\"localId\":\"") + s_pId + "\"" + sMembers + "}";
+    }
+
+    LogCapture m_log;
+    TempFolder m_folder;
+    DirectoryManager m_directories;
+    Messages m_messages;
+    std::unique_ptr<UgcManager> m_pManager;
+};
+
+TEST_F(UgcManagerTest, scanFindsTilesAndPassesOverWhatIsBroken)
+{
+    const std::string sGood = describe("good", "\xEF\xBB\xBF" + tile(",\"name\":\"Hill\",\"version\":\"1\""));
+    describe("none", "{");
+    describe("alien", "{\"type\":\"Spoon\"}");
+    describe("array", "[]");
+    describe("newer", tile(",\"name\":\"Later\",\"version\":2"));
+    std::filesystem::create_directories(m_directories.tilesFolder() + "/empty");
+    m_pManager->addFolder(m_directories.tilesFolder());
+
+    ASSERT_EQ(m_pManager->getTiles().size(), 1u) << m_log.dump();
+    const auto pTile = std::static_pointer_cast<UgcTile>(m_pManager->getTiles()[0]);
+    EXPECT_EQ(pTile->tilePath(), std::string("$CONTENT_") + s_pId + "/hill.tile");
+    EXPECT_EQ(pTile->getIconPath(), std::string("$CONTENT_") + s_pId + "/hill.png");
+    EXPECT_EQ(pTile->getVersion(), 0) << "a version of text type counts as 0";
+    EXPECT_TRUE(m_log.has("Unknown UGC type: Spoon"));
+    EXPECT_TRUE(m_log.has("Invalid json data "));
+    EXPECT_TRUE(m_log.has("Failed to parse UGC description file: "));
+    EXPECT_EQ(m_messages.sAll,
+              "ERROR_MESSAGE|Tile: Later\nThe content is created for a later version of the game\n");
+    EXPECT_EQ(m_pManager->findByPath(sGood + "/hill.tile"), pTile);
+    EXPECT_EQ(m_pManager->findByPath(sGood + "er/hill.tile"), nullptr) << "compared at slashes";
+}
+
+TEST_F(UgcManagerTest, aBadLocalIdIsReplacedInTheFile)
+{
+    const std::string sDirectory =
+        describe("odd", R"({"type":"Tile","localId":"0123abcd-4567-19ef-8123-456789abcdef"})");
+    const auto pItem = m_pManager->loadItem(sDirectory);
+    ASSERT_TRUE(pItem);
+    const Uuid localId = pItem->getLocalId();
+    EXPECT_EQ(localId.text()[14], '4');
+    UgcTile again(sDirectory);
+    EXPECT_TRUE(again.readDescription(sDirectory + "/description.json"));
+    EXPECT_EQ(again.getLocalId(), localId);
+}
+
+TEST_F(UgcManagerTest, aNewTileItemHasAFolderAndAKeyOfItsOwn)
+{
+    const auto pItem = m_pManager->createTileItem();
+    ASSERT_TRUE(pItem);
+    pItem->setString("name", "Hill");
+    EXPECT_TRUE(m_log.has("Created new tile"));
+    EXPECT_EQ(pItem->directory(), m_directories.tilesFolder() + "/" + pItem->getLocalId().text());
+    EXPECT_EQ(m_directories.resolvePath(pItem->directoryKey() + "/description.json"),
+              pItem->directory() + "/description.json");
+    EXPECT_TRUE(std::filesystem::exists(pItem->directory() + "/description.json"));
+    EXPECT_EQ(m_pManager->getItem(pItem->getLocalId()), pItem);
+    EXPECT_EQ(m_pManager->getItem(Uuid{}), nullptr);
+}
+
+TEST_F(UgcManagerTest, removalTellsTheOthersAndDeletesOnlyTheUsersOwnFolder)
+{
+    const auto pOwn = m_pManager->loadItem(describe("own", tile("")));
+    const std::string sForeign = m_folder.text() + "/elsewhere/item";
+    std::filesystem::create_directories(sForeign);
+    std::filesystem::copy(pOwn->directory(), sForeign);
+    const auto pForeign = m_pManager->loadItem(sForeign);
+    ASSERT_TRUE(pForeign);
+
+    size_t uTold = 0;
+    m_pManager->addRemovedCallback(UgcKind::Tile,
+                                   [&](const UgcManager::Items& vecItems) { uTold += vecItems.size(); });
+    m_pManager->removeItem(pOwn);
+    m_pManager->removeItem(pForeign);
+    EXPECT_TRUE(std::filesystem::exists(pOwn->directory())) << "only one frame later";
+    m_pManager->updateRemoved();
+    EXPECT_EQ(uTold, 2u);
+    EXPECT_FALSE(std::filesystem::exists(pOwn->directory()));
+    EXPECT_TRUE(std::filesystem::exists(sForeign + "/hill.tile"));
+    m_pManager->updateRemoved();
+    EXPECT_EQ(uTold, 2u);
+}
+
+TEST_F(UgcManagerTest, dependenciesLeaveOutTheItemItself)
+{
+    const auto pItem = m_pManager->loadItem(describe("own", tile("")));
+    const Uuid other = Uuid::random();
+    pItem->setDependencies({{0, *Uuid::parse(s_pId)}, {5, other}}, nullptr);
+    UgcTile again(pItem->directory());
+    ASSERT_TRUE(again.readDescription(pItem->directory() + "/description.json"));
+    EXPECT_EQ(again.getDependencies(), (std::vector<ContentId>{{5, other}}));
+}
+
+} // namespace
