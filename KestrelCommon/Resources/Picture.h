@@ -1,0 +1,36 @@
+#pragma once // Pictures in memory and on disk.
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace resource
+{
+
+/// Four bytes a pixel, R, G, B, A; top row first, no gaps.
+struct Picture
+{
+    int iWidth = 0;
+    int iHeight = 0;
+    std::vector<std::byte> vecPixels;
+};
+
+/// PNG, JPG, TGA and what else the library reads, by the file's content. nullopt with no line when the
+/// file is missing, broken or above 16384 pixels on a side. Any thread.
+[[nodiscard]] std::optional<Picture> loadPicture(const std::filesystem::path& path);
+
+/// Bilinear when growing, area average when shrinking. An empty picture or size yields an empty one.
+[[nodiscard]] Picture scalePicture(const Picture& picture, int iWidth, int iHeight);
+
+/// Averages squares of iFactor x iFactor pixels; rows and columns that fill none are left out.
+[[nodiscard]] Picture reducePicture(const Picture& picture, int iFactor);
+
+/// As PNG or, for ".jpg", JPG without alpha; written beside and renamed, so that the old file or the
+/// new one stands at any moment. False: nothing changed, no temporary file is left. Logs nothing.
+[[nodiscard]] bool writePicture(const std::filesystem::path& path, int iWidth, int iHeight,
+                                std::span<const std::byte> spanRgba);
+
+} // namespace resource

@@ -1,0 +1,256 @@
+#include "KestrelCommon/Resources/ResourceManager.h"
+
+#include "KestrelCommon/Core/Assert.h"
+#include "KestrelCommon/Core/Console.h"
+#include "KestrelCommon/Core/Hash.h"
+#include "KestrelCommon/Device/DeviceChecks.h"
+#include "KestrelCommon/Resources/TextureRules.h"
+
+namespace resource
+{
+
+namespace
+{
+
+constexpr size_t s_uMaxArraySize = 512;
+
+struct DefaultSource
+{
+    const char* pPath;
+    std::string_view sEnding;         ///< of file names that it stands in for
+    std::array<uint8_t, 4> arrColour; ///< when the file itself is missing
+};
+constexpr std::array<DefaultSource, 4> s_arrDefaults = {{
+    {"$GAME_DATA/Textures/Default/default_dif.tga", "_dif", {128, 128, 128, 255}},
+    {"$GAME_DATA/Textures/Default/default_nor.tga", "_nor", {128, 128, 255, 255}},
+    {"$GAME_DATA/Textures/Default/default_asg.tga", "_asg", {255, 64, 128, 255}},
+    {"$GAME_DATA/Textures/Default/default_ao.tga", "_ao", {255, 255, 255, 255}},
+}};
+
+Picture plainPicture(const std::array<uint8_t, 4>& arrColour)
+{
+    Picture picture{4, 4, std::vector<std::byte>(64)};
+    for (size_t u = 0; u < picture.vecPixels.size(); ++u)
+        picture.vecPixels[u] = std::byte{arrColour[u % 4]};
+    return picture;
+}
+
+std::span<const std::byte> bytesOf(const Picture& picture)
+{
+    return picture.vecPixels;
+}
+
+} // namespace
+
+ResourceManager::ResourceManager(rend::GraphicsDeviceI& device, PathResolver fnResolve, uint32_t uThreadCount,
+                                 bool bBackground)
+    : m_device(device),
+      m_fnResolve(std::move(fnResolve)),
+      m_bBackground(bBackground),
+      m_upgrades(m_fnResolve),
+      m_bufferPool(device)
+{
+    for (size_t u = 0; u < s_arrDefaults.size(); ++u)
+        m_arrDefaults[u].picture = plainPicture(s_arrDefaults[u].arrColour);
+    for (uint32_t u = 0; u < std::max(uThreadCount, 1u); ++u)
+        m_vecWorkers.emplace_back([this] { runWorker(); });
+}
+
+ResourceManager::~ResourceManager()
+{
+    {
+        const std::scoped_lock lock(m_loadLock);
+        m_bStopping = true;
+    }
+    m_wakeWorkers.notify_all();
+    for (std::thread& worker : m_vecWorkers)
+        worker.join();
+    for (const FileTexture& texture : m_vecFileTextures)
+        m_device.destroyTexture(texture.texture);
+    for (const Default& entry : m_arrDefaults)
+        m_device.destroyTexture(entry.texture);
+}
+
+void ResourceManager::init()
+{
+    m_upgrades.load("$GAME_DATA/upgrade_resources.json");
+}
+
+void ResourceManager::initDefaults()
+{
+    for (size_t u = 0; u < s_arrDefaults.size(); ++u)
+    {
+        Default& entry = m_arrDefaults[u];
+        if (auto picture = loadPicture(m_fnResolve(s_arrDefaults[u].pPath)))
+            entry.picture = std::move(*picture);
+        else
+            QM_LOG_ERROR("Failed to load default texture: \"", s_arrDefaults[u].pPath, "\"");
+        m_device.destroyTexture(entry.texture);
+        const int iWidth = entry.picture.iWidth;
+        const int iHeight = entry.picture.iHeight;
+        entry.texture = m_device.createTexture({.sName = s_arrDefaults[u].pPath,
+                                                .iWidth = iWidth,
+                                                .iHeight = iHeight,
+                                                .iMips = rend::fullMipCount(iWidth, iHeight)});
+        m_device.updateTexture(entry.texture, {0, 0, iWidth, iHeight}, static_cast<size_t>(iWidth) * 4,
+                               bytesOf(entry.picture));
+        m_device.generateMips(entry.texture);
+    }
+}
+
+void ResourceManager::update()
+{
+    m_bufferPool.update();
+    std::vector<Load> vecFinished;
+    {
+        const std::scoped_lock lock(m_loadLock);
+        vecFinished.swap(m_vecFinished);
+    }
+    for (Load& job : vecFinished)
+        takeOver(job);
+    const std::scoped_lock lock(m_loadLock);
+    m_uLoading -= vecFinished.size();
+}
+
+void ResourceManager::finishLoading()
+{
+    std::unique_lock lock(m_loadLock);
+    while (m_uLoading > 0)
+    {
+        m_wakeMain.wait(lock, [this] { return !m_vecFinished.empty(); });
+        std::vector<Load> vecFinished;
+        vecFinished.swap(m_vecFinished);
+        lock.unlock();
+        for (Load& job : vecFinished)
+            takeOver(job);
+        lock.lock();
+        m_uLoading -= vecFinished.size();
+    }
+}
+
+size_t ResourceManager::loadingCount() const
+{
+    const std::scoped_lock lock(m_loadLock);
+    return m_uLoading;
+}
+
+rend::BufferHandle ResourceManager::createBuffer(std::span<const std::byte> spanInitial, size_t uSize,
+                                                 size_t uStride, std::string_view sName,
+                                                 rend::BufferKind eKind, bool bDynamic)
+{
+    return m_device.createBuffer({std::string(sName), uSize, uStride, eKind, bDynamic}, spanInitial);
+}
+
+rend::TextureHandle ResourceManager::loadTextureArray(std::span<const std::string> spanPaths, int iWidth,
+                                                      int iHeight, TextureResourceLayout eLayout, int iMips,
+                                                      uint32_t uFlags)
+{
+    if (spanPaths.empty())
+    {
+        QM_LOG_WARNING("the call to load a texture array is empty, this is fine but will return nullptr - is "
+                       "this intended?");
+        return {};
+    }
+    const std::string& sFirst = spanPaths.front();
+    if (!checkTextureSize(sFirst, iWidth, iHeight, eLayout))
+        return {};
+    checkMipCount(sFirst, iMips, eLayout);
+    if (spanPaths.size() > s_uMaxArraySize)
+    {
+        QM_LOG_ERROR(sFirst, " array is to big at ", spanPaths.size(),
+                     ". 512 is the maximum array size possible.");
+        return {};
+    }
+
+    std::string sKey;
+    for (const std::string& sPath : spanPaths)
+        sKey += sPath + '\n';
+    for (const int64_t iNumber : {int64_t{iWidth}, int64_t{iHeight}, int64_t{static_cast<uint32_t>(eLayout)},
+                                  int64_t{iMips}, int64_t{uFlags}})
+        sKey += UTILS::concat(iNumber, "\n");
+    const uint64_t uHash = xxh3(std::string_view(sKey));
+
+    const int iFullMips = rend::fullMipCount(iWidth, iHeight);
+    size_t uIndex = 0;
+    rend::TextureHandle texture;
+    {
+        const std::scoped_lock lock(m_textureLock);
+        if (const auto it = m_mapFileTextureResources.find(uHash); it != m_mapFileTextureResources.end())
+            return m_vecFileTextures[it->second].texture;
+        const int iUsedMips = iMips == 0 ? iFullMips : std::min(iMips, iFullMips);
+        texture = m_device.createTexture({.sName = sFirst,
+                                          .iWidth = iWidth,
+                                          .iHeight = iHeight,
+                                          .iLayers = static_cast<int>(spanPaths.size()),
+                                          .iMips = iUsedMips});
+        if (!texture)
+            return {};
+        uIndex = m_vecFileTextures.size();
+        m_vecFileTextures.push_back({uHash, texture, iUsedMips, spanPaths.size()});
+        m_mapFileTextureResources.emplace(uHash, uIndex);
+        QM_ASSERT(m_mapFileTextureResources.size() == m_vecFileTextures.size());
+    }
+    {
+        const std::scoped_lock lock(m_loadLock);
+        for (size_t u = 0; u < spanPaths.size(); ++u)
+            m_queueLoads.push_back({uIndex, static_cast<int>(u), iWidth, iHeight, spanPaths[u], eLayout, {}});
+        m_uLoading += spanPaths.size();
+    }
+    m_wakeWorkers.notify_all();
+    if (!m_bBackground)
+        finishLoading();
+    return texture;
+}
+
+void ResourceManager::runWorker()
+{
+    std::unique_lock lock(m_loadLock);
+    while (true)
+    {
+        m_wakeWorkers.wait(lock, [this] { return m_bStopping || !m_queueLoads.empty(); });
+        if (m_bStopping)
+            return;
+        Load job = std::move(m_queueLoads.front());
+        m_queueLoads.pop_front();
+        lock.unlock();
+        load(job);
+        lock.lock();
+        m_vecFinished.push_back(std::move(job));
+        m_wakeMain.notify_one();
+    }
+}
+
+void ResourceManager::load(Load& job) const
+{
+    if (const auto picture = loadPicture(m_fnResolve(m_upgrades.upgrade(job.sPath))))
+        job.picture = scalePicture(*picture, job.iWidth, job.iHeight);
+}
+
+/// By the ending of the file's name; else two-channel layouts hold normals, and the rest is colour.
+const Picture& ResourceManager::defaultFor(const Load& job) const
+{
+    const std::string sStem = std::filesystem::path(job.sPath).stem().string();
+    for (size_t u = 0; u < s_arrDefaults.size(); ++u)
+        if (sStem.ends_with(s_arrDefaults[u].sEnding))
+            return m_arrDefaults[u].picture;
+    const auto eKind =
+        job.eLayout == TextureResourceLayout::Bc5 ? DefaultTexture::Normal : DefaultTexture::Diffuse;
+    return m_arrDefaults[static_cast<size_t>(eKind)].picture;
+}
+
+void ResourceManager::takeOver(Load& job)
+{
+    if (job.picture.vecPixels.empty())
+    {
+        QM_LOG_ERROR("Failed to load texture: \"", job.sPath, "\"");
+        job.picture = scalePicture(defaultFor(job), job.iWidth, job.iHeight);
+    }
+    const std::scoped_lock lock(m_textureLock);
+    FileTexture& entry = m_vecFileTextures[job.uTexture];
+    m_device.updateTexture(entry.texture, {0, 0, job.iWidth, job.iHeight, job.iLayer, 0},
+                           static_cast<size_t>(job.iWidth) * 4, bytesOf(job.picture));
+    if (--entry.uWaiting == 0 && entry.iMips > 1)
+        m_device.generateMips(entry.texture);
+}
+
+} // namespace resource

@@ -1,0 +1,131 @@
+#pragma once // Owner of what is loaded for drawing: buffers, textures, moved paths.
+
+#include "KestrelCommon/Resources/BufferPool.h"
+#include "KestrelCommon/Resources/PathUpgrades.h"
+#include "KestrelCommon/Resources/Picture.h"
+
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <span>
+#include <thread>
+
+namespace resource
+{
+
+enum class DefaultTexture : uint8_t
+{
+    Diffuse,
+    Normal,
+    Asg,
+    AmbientOcclusion,
+};
+
+/// Loads pictures on its own threads; GPU objects change on the main thread, in update().
+/// Threads: main thread only; the tables of textures have a lock of their own.
+class ResourceManager
+{
+public:
+    /// uThreadCount decoding threads, at least 1. Without bBackground a request returns once its
+    /// pictures are in. The device must outlive the manager.
+    ResourceManager(rend::GraphicsDeviceI& device, PathResolver fnResolve, uint32_t uThreadCount,
+                    bool bBackground);
+    ~ResourceManager();
+    ResourceManager(const ResourceManager&) = delete;
+    ResourceManager& operator=(const ResourceManager&) = delete;
+
+    /// First stage, before the renderer: the table of moved paths.
+    void init();
+    /// Second stage, when the renderer is ready: the default textures.
+    void initDefaults();
+    /// Once a frame: takes over what finished loading and ages the borrowed buffers.
+    void update();
+    /// Waits for all loads and takes them over.
+    void finishLoading();
+    /// Pictures that are still on their way.
+    [[nodiscard]] size_t loadingCount() const;
+
+    [[nodiscard]] rend::GraphicsDeviceI& device() { return m_device; }
+    [[nodiscard]] const PathResolver& resolver() const { return m_fnResolve; }
+
+    // Buffers
+
+    /// Initial data may be empty. Lives until it is destroyed on the device.
+    [[nodiscard]] rend::BufferHandle createBuffer(std::span<const std::byte> spanInitial, size_t uSize,
+                                                  size_t uStride, std::string_view sName,
+                                                  rend::BufferKind eKind, bool bDynamic = false);
+    [[nodiscard]] BorrowedBuffer borrowBuffer(size_t uSize, size_t uStride, rend::BufferKind eKind)
+    {
+        return m_bufferPool.borrow(uSize, uStride, eKind);
+    }
+    void returnBuffer(const BorrowedBuffer& borrowed) { m_bufferPool.giveBack(borrowed); }
+
+    // Textures
+
+    /// An array with a layer for each picture, scaled to the size asked for. iMips 0: a full chain.
+    /// The same request yields the same texture, which the manager owns. Null with one line when the
+    /// list or the sizes break a rule. A picture that can't be read becomes the default texture that
+    /// fits its name, with an error line. Stored with 8 bits a channel whatever the layout.
+    rend::TextureHandle loadTextureArray(std::span<const std::string> spanPaths, int iWidth, int iHeight,
+                                         TextureResourceLayout eLayout, int iMips, uint32_t uFlags);
+    [[nodiscard]] rend::TextureHandle defaultTexture(DefaultTexture eKind) const
+    {
+        return m_arrDefaults[static_cast<size_t>(eKind)].texture;
+    }
+
+    // Paths
+
+    [[nodiscard]] std::string upgradePath(std::string_view sPath) const { return m_upgrades.upgrade(sPath); }
+
+private:
+    struct FileTexture
+    {
+        uint64_t uHash = 0;
+        rend::TextureHandle texture;
+        int iMips = 1;
+        size_t uWaiting = 0; ///< layers that are still on their way
+    };
+    struct Default
+    {
+        Picture picture;
+        rend::TextureHandle texture;
+    };
+    /// A layer to load; the picture comes back empty when the file can't be read.
+    struct Load
+    {
+        size_t uTexture = 0;
+        int iLayer = 0;
+        int iWidth = 0;
+        int iHeight = 0;
+        std::string sPath;
+        TextureResourceLayout eLayout{};
+        Picture picture;
+    };
+
+    void runWorker();
+    void load(Load& job) const;
+    void takeOver(Load& job);
+    [[nodiscard]] const Picture& defaultFor(const Load& job) const;
+
+    rend::GraphicsDeviceI& m_device;
+    PathResolver m_fnResolve;
+    bool m_bBackground;
+    PathUpgrades m_upgrades;
+    BufferPool m_bufferPool;
+    std::array<Default, 4> m_arrDefaults;
+
+    std::mutex m_textureLock;
+    std::vector<FileTexture> m_vecFileTextures;
+    std::unordered_map<uint64_t, size_t> m_mapFileTextureResources; ///< hash to index
+
+    mutable std::mutex m_loadLock;
+    std::condition_variable m_wakeWorkers;
+    std::condition_variable m_wakeMain;
+    std::deque<Load> m_queueLoads;
+    std::vector<Load> m_vecFinished;
+    size_t m_uLoading = 0; ///< queued, in work or finished and not taken over
+    bool m_bStopping = false;
+    std::vector<std::thread> m_vecWorkers;
+};
+
+} // namespace resource

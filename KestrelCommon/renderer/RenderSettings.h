@@ -1,0 +1,40 @@
+#pragma once // Light and air of a scene.
+
+#include <glm/mat4x4.hpp>
+#include <glm/vec2.hpp>
+#include <glm/vec3.hpp>
+
+#include <array>
+#include <cstdint>
+
+namespace rend
+{
+
+/// Defaults: late morning with the sun from +X, +Y. Colours are linear and may pass 1.
+struct RenderSettings
+{
+    glm::vec3 sunDirection{0.55f, 0.42f, 0.56f}; ///< towards the sun; any length but 0
+    glm::vec3 sunColour{2.35f, 2.08f, 1.68f};
+    glm::vec3 skyZenith{0.20f, 0.38f, 0.72f};
+    glm::vec3 skyHorizon{0.66f, 0.76f, 0.86f};
+    glm::vec3 skyNadir{0.34f, 0.37f, 0.40f}; ///< below the horizon
+    float fogDensity = 0.0016f;              ///< half of a colour is left after 1 / density metres
+    float fogStart = 60.0f;                  ///< metres of clear air
+    float fogMost = 0.92f;
+    float exposure = 0.92f;
+};
+
+/// Where the eye is and what of the scene it sees.
+struct SceneView
+{
+    glm::mat4 view{1.0f};       ///< world to view space; view space looks along -z
+    glm::mat4 projection{1.0f}; ///< clip depth 1 (near) to 0 (far)
+    bool bOrthographic = false;
+    bool bLines = true; ///< debug lines
+    /// Flat quads of this size (metres) at these corners; x, y of the smallest corner. At most 8.
+    glm::vec2 quadSize{0.0f};
+    std::array<glm::vec2, 8> arrQuads{};
+    uint32_t uQuads = 0;
+};
+
+} // namespace rend

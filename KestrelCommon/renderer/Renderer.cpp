@@ -1,0 +1,250 @@
+#include "KestrelCommon/renderer/Renderer.h"
+
+#include "KestrelCommon/Resources/ResourceManager.h"
+#include "KestrelCommon/Resources/ShaderSource.h"
+
+#include <glm/geometric.hpp>
+#include <glm/matrix.hpp>
+
+namespace rend
+{
+
+namespace
+{
+
+// Constant slots and the structs behind them, as the shaders declare them.
+
+constexpr uint32_t s_uSurfaceSlot = 0;
+constexpr uint32_t s_uFrameSlot = 1;
+constexpr uint32_t s_uDrawSlot = 2;
+
+struct FrameData
+{
+    glm::mat4 viewProjection;
+    glm::mat4 inverseViewProjection;
+    glm::vec4 eye;
+    glm::vec4 sunDirection;
+    glm::vec4 sunColour;
+    glm::vec4 skyZenith;
+    glm::vec4 skyHorizon;
+    glm::vec4 skyNadir;
+    glm::vec4 fog;
+    glm::vec4 viewport;
+    glm::vec4 viewAxis;
+};
+
+struct QuadData
+{
+    glm::vec4 colour;
+    std::array<glm::vec4, 8> arrPlaces;
+    glm::vec4 size;
+};
+
+struct LineData
+{
+    float fCore; ///< half width, pixels
+    float fRim;
+    float fDepthBias;
+    float fOpacity;
+};
+
+constexpr glm::vec4 s_quadColour{0.105f, 0.112f, 0.100f, 1.0f};
+constexpr float s_fHiddenLineOpacity = 0.28f;
+/// As a part of the depth: a line on the ground wins against the ground under it.
+constexpr float s_fLineDepthBias = 0.004f;
+
+template <class T>
+std::span<const std::byte> bytesOf(const T& value)
+{
+    return std::as_bytes(std::span(&value, 1));
+}
+
+/// Normal, height and colour in one slot, 20 bytes; X and Y follow from the vertex number.
+void setGroundInput(PipelineDesc& desc)
+{
+    desc.vecSlots = {{20, false}};
+    desc.vecAttributes = {{0, VertexFormat::Float3, 0, 0},
+                          {1, VertexFormat::Float1, 12, 0},
+                          {2, VertexFormat::Unorm8x4, 16, 0}};
+}
+
+} // namespace
+
+Renderer::Renderer(GraphicsDeviceI& device, resource::ResourceManager& resources)
+    : m_device(device),
+      m_resources(resources)
+{
+    m_frameBuffer = m_device.createBuffer({"CB_FRAME", sizeof(FrameData), 0, BufferKind::Constant, true}, {});
+}
+
+Renderer::~Renderer()
+{
+    for (const PipelineHandle pipeline : {m_groundPipeline, m_groundDepthPipeline, m_skyPipeline,
+                                          m_quadPipeline, m_linePipeline, m_lineThroughPipeline})
+        m_device.destroyPipeline(pipeline);
+    m_device.destroyBuffer(m_frameBuffer);
+}
+
+bool Renderer::init()
+{
+    bool bAll = true;
+    const auto build = [&](PipelineHandle& pipelineOut, std::string_view sShader, PipelineDesc desc)
+    {
+        if (m_device.isSoftware())
+            desc.vecDefines.emplace_back("SOFTWARE 1");
+        if (resource::loadShaderSource(m_resources.resolver(), sShader, desc))
+            pipelineOut = m_device.createPipeline(desc);
+        bAll = bAll && pipelineOut;
+    };
+
+    PipelineDesc ground;
+    setGroundInput(ground);
+    ground.eCull = CullMode::Front; // its triangles run clockwise seen from above
+    ground.vecDefines = {"GBUFFER 1"};
+    build(m_groundPipeline, "main_editor_terrain_surface", ground);
+    ground.vecDefines = {"DEPTH 1"};
+    build(m_groundDepthPipeline, "main_editor_terrain_surface", ground);
+
+    PipelineDesc sky;
+    sky.eDepth = DepthMode::Test;
+    sky.eCull = CullMode::None;
+    build(m_skyPipeline, "sky", sky);
+
+    PipelineDesc quads;
+    quads.eTopology = Topology::TriangleStrip;
+    quads.eCull = CullMode::None;
+    build(m_quadPipeline, "plain_surface", quads);
+
+    PipelineDesc lines;
+    lines.eTopology = Topology::TriangleStrip;
+    lines.eCull = CullMode::None;
+    lines.eBlend = BlendMode::Alpha;
+    lines.vecSlots = {{sizeof(DebugDrawer::Line), true}};
+    lines.vecAttributes = {{0, VertexFormat::Float3, 0, 0},
+                           {1, VertexFormat::Float3, 12, 0},
+                           {2, VertexFormat::Unorm8x4, 24, 0}};
+    lines.eDepth = DepthMode::Test;
+    build(m_linePipeline, "debug_lines", lines);
+    lines.eDepth = DepthMode::None;
+    build(m_lineThroughPipeline, "debug_lines", lines);
+    return bAll;
+}
+
+TerrainSurfaceBindings& Renderer::terrainBindings()
+{
+    if (!m_pTerrainBindings)
+        m_pTerrainBindings = std::make_unique<TerrainSurfaceBindings>();
+    return *m_pTerrainBindings;
+}
+
+void Renderer::resetForGroundTile()
+{
+    m_eSceneMode = SceneMode::GroundTile;
+    m_arrDistances = {10000.0f, 400.0f, 10000.0f};
+}
+
+void Renderer::updateFrameBuffer(int iWidth, int iHeight, const SceneView& view)
+{
+    const glm::mat4 inverseView = glm::inverse(view.view);
+    glm::mat4 turnOnly = view.view;
+    turnOnly[3] = {0.0f, 0.0f, 0.0f, 1.0f};
+    const auto fWidth = static_cast<float>(iWidth);
+    const auto fHeight = static_cast<float>(iHeight);
+
+    FrameData frame;
+    frame.viewProjection = view.projection * view.view;
+    frame.inverseViewProjection = glm::inverse(view.projection * turnOnly);
+    frame.eye = {glm::vec3(inverseView[3]), view.bOrthographic ? 1.0f : 0.0f};
+    frame.sunDirection = {glm::normalize(m_settings.sunDirection), 0.0f};
+    frame.sunColour = {m_settings.sunColour, m_settings.exposure};
+    frame.skyZenith = {m_settings.skyZenith, 0.0f};
+    frame.skyHorizon = {m_settings.skyHorizon, 0.0f};
+    frame.skyNadir = {m_settings.skyNadir, 0.0f};
+    frame.fog = {m_settings.fogDensity, m_settings.fogStart, m_settings.fogMost, 0.0f};
+    frame.viewport = {fWidth, fHeight, 1.0f / fWidth, 1.0f / fHeight};
+    frame.viewAxis = {-glm::vec3(inverseView[2]), 0.0f};
+    m_device.updateBuffer(m_frameBuffer, 0, bytesOf(frame));
+}
+
+void Renderer::render(TargetHandle target, int iWidth, int iHeight, const SceneView& view)
+{
+    if (iWidth < 1 || iHeight < 1)
+        return;
+    updateFrameBuffer(iWidth, iHeight, view);
+    m_device.beginPass(target, {});
+    m_device.setUniformBuffer(s_uFrameSlot, m_frameBuffer);
+    drawGround();
+    drawQuads(view);
+    m_device.setPipeline(m_skyPipeline);
+    if (m_skyPipeline)
+        m_device.draw(3, 0);
+    if (view.bLines)
+        drawLines();
+    m_device.endPass();
+}
+
+void Renderer::drawGround()
+{
+    if (!m_pTerrainBindings || !m_groundPipeline)
+        return;
+    const TerrainSurfaceBindings& ground = *m_pTerrainBindings;
+    if (!ground.vertexBuffer || !ground.indexBuffer || !ground.surfaceInfo)
+        return;
+    m_device.setPipeline(m_groundPipeline);
+    m_device.setTexture(0, ground.diffuseArray, SamplerMode::AnisotropicWrap);
+    m_device.setTexture(1, ground.asgArray, SamplerMode::AnisotropicWrap);
+    m_device.setTexture(2, ground.normalArray, SamplerMode::AnisotropicWrap);
+    m_device.setTexture(3, ground.texture0, SamplerMode::LinearClamp);
+    m_device.setTexture(4, ground.texture1, SamplerMode::LinearClamp);
+    m_device.setUniformBuffer(s_uSurfaceSlot, ground.surfaceInfo);
+    m_device.setVertexBuffer(0, ground.vertexBuffer);
+    m_device.setIndexBuffer(ground.indexBuffer, ground.indexWidth);
+    m_device.drawIndexed(ground.indexCount, 0);
+}
+
+void Renderer::drawQuads(const SceneView& view)
+{
+    const uint32_t uQuads = std::min(view.uQuads, static_cast<uint32_t>(view.arrQuads.size()));
+    if (uQuads == 0 || !m_quadPipeline)
+        return;
+    QuadData data{s_quadColour, {}, {view.quadSize, 0.0f, 0.0f}};
+    for (size_t u = 0; u < uQuads; ++u)
+        data.arrPlaces[u] = {view.arrQuads[u], 0.0f, 0.0f};
+    const resource::BorrowedBuffer borrowed = m_resources.borrowBuffer(sizeof(data), 0, BufferKind::Constant);
+    m_device.updateBuffer(borrowed.buffer, 0, bytesOf(data));
+    m_device.setPipeline(m_quadPipeline);
+    m_device.setUniformBuffer(s_uDrawSlot, borrowed.buffer);
+    m_device.draw(4, 0, uQuads);
+    m_resources.returnBuffer(borrowed);
+}
+
+void Renderer::drawLines()
+{
+    if (!m_pDebugDrawer || !m_linePipeline || !m_lineThroughPipeline)
+        return;
+    drawLineList(m_pDebugDrawer->tested(), m_lineThroughPipeline, s_fHiddenLineOpacity);
+    drawLineList(m_pDebugDrawer->tested(), m_linePipeline, 1.0f);
+    drawLineList(m_pDebugDrawer->untested(), m_lineThroughPipeline, 1.0f);
+}
+
+void Renderer::drawLineList(std::span<const DebugDrawer::Line> spanLines, PipelineHandle pipeline,
+                            float fOpacity)
+{
+    if (spanLines.empty())
+        return;
+    const LineData data{1.0f, 2.25f, s_fLineDepthBias, fOpacity};
+    const resource::BorrowedBuffer lines =
+        m_resources.borrowBuffer(spanLines.size_bytes(), sizeof(DebugDrawer::Line), BufferKind::Vertex);
+    const resource::BorrowedBuffer constants =
+        m_resources.borrowBuffer(sizeof(data), 0, BufferKind::Constant);
+    m_device.updateBuffer(lines.buffer, 0, std::as_bytes(spanLines));
+    m_device.updateBuffer(constants.buffer, 0, bytesOf(data));
+    m_device.setPipeline(pipeline);
+    m_device.setUniformBuffer(s_uDrawSlot, constants.buffer);
+    m_device.setVertexBuffer(0, lines.buffer);
+    m_device.draw(4, 0, static_cast<uint32_t>(spanLines.size()));
+    m_resources.returnBuffer(constants);
+    m_resources.returnBuffer(lines);
+}
+
+} // namespace rend

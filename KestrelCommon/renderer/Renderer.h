@@ -1,0 +1,79 @@
+#pragma once // Draws a scene: ground, sky, lines.
+
+#include "KestrelCommon/Device/GraphicsDeviceI.h"
+#include "KestrelCommon/renderer/DebugDrawer.h"
+#include "KestrelCommon/renderer/RenderSettings.h"
+#include "KestrelCommon/renderer/TerrainSurfaceBindings.h"
+
+namespace resource
+{
+class ResourceManager;
+}
+
+namespace rend
+{
+
+enum class SceneMode : uint8_t
+{
+    GroundTile = 0,
+    Prefab = 1,
+    GridTile = 2,
+};
+
+/// Main thread only. The device and the resource manager must outlive it.
+class Renderer
+{
+public:
+    Renderer(GraphicsDeviceI& device, resource::ResourceManager& resources);
+    ~Renderer();
+    Renderer(const Renderer&) = delete;
+    Renderer& operator=(const Renderer&) = delete;
+
+    /// Builds the pipelines from the shaders of the game folder. False: a shader is missing or broken
+    /// (logged); what it would draw stays out and the rest works.
+    bool init();
+
+    [[nodiscard]] GraphicsDeviceI& device() { return m_device; }
+    [[nodiscard]] resource::ResourceManager& resources() { return m_resources; }
+
+    /// Made on first use.
+    [[nodiscard]] TerrainSurfaceBindings& terrainBindings();
+
+    /// What lines to draw; borrowed, null for none.
+    void setDebugDrawer(DebugDrawer* pDrawer) { m_pDebugDrawer = pDrawer; }
+    [[nodiscard]] DebugDrawer* debugDrawer() const { return m_pDebugDrawer; }
+
+    [[nodiscard]] RenderSettings& settings() { return m_settings; }
+    [[nodiscard]] SceneMode sceneMode() const { return m_eSceneMode; }
+    void setSceneMode(SceneMode eMode) { m_eSceneMode = eMode; }
+    /// For a fresh ground tile: scene mode 0 and the distances of a tile.
+    void resetForGroundTile();
+
+    /// Draws the scene over the whole target; null is the window. Leaves no pass open.
+    void render(TargetHandle target, int iWidth, int iHeight, const SceneView& view);
+
+private:
+    void updateFrameBuffer(int iWidth, int iHeight, const SceneView& view);
+    void drawGround();
+    void drawQuads(const SceneView& view);
+    void drawLines();
+    void drawLineList(std::span<const DebugDrawer::Line> spanLines, PipelineHandle pipeline, float fOpacity);
+
+    GraphicsDeviceI& m_device;
+    resource::ResourceManager& m_resources;
+    std::unique_ptr<TerrainSurfaceBindings> m_pTerrainBindings;
+    DebugDrawer* m_pDebugDrawer = nullptr;
+    RenderSettings m_settings;
+    SceneMode m_eSceneMode = SceneMode::GroundTile;
+    std::array<float, 3> m_arrDistances{10000.0f, 400.0f, 10000.0f};
+
+    PipelineHandle m_groundPipeline;
+    PipelineHandle m_groundDepthPipeline;
+    PipelineHandle m_skyPipeline;
+    PipelineHandle m_quadPipeline;
+    PipelineHandle m_linePipeline;        ///< hidden by what is in front
+    PipelineHandle m_lineThroughPipeline; ///< shows through everything
+    BufferHandle m_frameBuffer;
+};
+
+} // namespace rend

@@ -1,0 +1,57 @@
+// What all passes of a view share: the frame's values, the sky, fog and tone mapping.
+// Colours are linear until toDisplay(); textures hold display values, linear = value * value.
+
+layout(std140, binding = 1) uniform Frame
+{
+    mat4 viewProjection;
+    mat4 inverseViewProjection; // of the view without its place: clip to directions
+    vec4 eye;                   // xyz metres; w: 1 for an orthographic view
+    vec4 sunDirection;          // towards the sun; w: sharpness of the disc
+    vec4 sunColour;             // w: exposure
+    vec4 skyZenith;
+    vec4 skyHorizon;
+    vec4 skyNadir;  // below the horizon
+    vec4 fog;       // density a metre, metres clear before it starts, most of it (0 to 1), 0
+    vec4 viewport;  // width, height, 1 / width, 1 / height
+    vec4 viewAxis;  // the view's direction
+};
+
+// The light of the sky from a direction, without the sun's disc.
+vec3 skyLight(vec3 direction)
+{
+    float up = max(direction.z, 0.0);
+    float down = max(-direction.z, 0.0);
+    vec3 colour = mix(skyHorizon.rgb, skyZenith.rgb, 1.0 - exp2(-up * 4.5));
+    colour = mix(colour, skyNadir.rgb, 1.0 - exp2(-down * 5.0));
+    float toSun = max(dot(direction, sunDirection.xyz), 0.0);
+    float glow = toSun * toSun;
+    glow *= glow;
+    return colour + sunColour.rgb * (0.05 * glow * glow + 0.025 * glow) * (1.0 - 0.6 * up);
+}
+
+// Light from all around that falls on a surface: the sky from above, its echo from below.
+vec3 ambientLight(vec3 normal)
+{
+    vec3 sky = mix(skyHorizon.rgb, skyZenith.rgb, 0.55);
+    vec3 bounce = skyNadir.rgb * vec3(0.62, 0.58, 0.5);
+    return mix(bounce, sky, normal.z * 0.5 + 0.5);
+}
+
+// A colour seen through the air between the eye and a point.
+vec3 throughAir(vec3 colour, vec3 point)
+{
+    if (eye.w > 0.5)
+        return colour;
+    vec3 way = point - eye.xyz;
+    float distanceTo = length(way);
+    float clear = exp2(-max(distanceTo - fog.y, 0.0) * fog.x);
+    return mix(skyLight(vec3(way.xy, way.z * 0.35) / max(distanceTo, 0.001)), colour, max(clear, 1.0 - fog.z));
+}
+
+// Gentle shoulder, no hue shift to speak of; then display values.
+vec3 toDisplay(vec3 colour)
+{
+    colour *= sunColour.w;
+    colour = colour * (1.0 + colour * 0.16) / (1.0 + colour * 0.62);
+    return sqrt(clamp(colour, 0.0, 1.0));
+}
