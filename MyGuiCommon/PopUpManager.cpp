@@ -98,7 +98,7 @@ PopUpManager::Face::Face(Box& boxIn) : box(boxIn)
                                       MyGUI::Align::Default);
     const int iInner = px(s_iWidth - 2 * s_iPadding);
     auto* pTitle = pPanel->createWidget<MyGUI::TextBox>(
-        "QM_Title", MyGUI::IntCoord(px(s_iPadding), px(s_iPadding - 4), iInner, px(s_iTitleHeight)),
+        "QM_TitleText", MyGUI::IntCoord(px(s_iPadding), px(s_iPadding - 4), iInner, px(s_iTitleHeight)),
         MyGUI::Align::Default);
     pTitle->setCaptionWithReplacing(shownTitle(box.sTitle));
     int iTop = addBody(px(s_iPadding + s_iTitleHeight + 4), iInner);
