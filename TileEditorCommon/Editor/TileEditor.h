@@ -34,7 +34,7 @@ namespace tilebuilder
 class CollisionWorld;
 class EditorTerrainClutter;
 class EditorTerrainSurface;
-class GroundUploader;
+class GroundView;
 class IconGenerator;
 class Tile;
 enum class SaveResult : uint8_t;
@@ -147,7 +147,6 @@ private:
 
     void paintStep(float dt);
     void paint(const glm::vec3& hit, float fStep);
-    void drawBrushOutline(const glm::vec3& hit);
 
     // Documents
 
@@ -168,7 +167,7 @@ private:
     EditorToolState m_toolState;
     std::unique_ptr<CollisionWorld> m_pCollision;
     std::unique_ptr<EditorTerrainSurface> m_pSurface;
-    std::unique_ptr<GroundUploader> m_pUploader; ///< null without a device
+    std::unique_ptr<GroundView> m_pGroundView; ///< null without a device
     std::unique_ptr<EditorTerrainClutter> m_pClutter;
     std::unique_ptr<IconGenerator> m_pIconGenerator; ///< null without a device
     std::unique_ptr<Tile> m_pTile;

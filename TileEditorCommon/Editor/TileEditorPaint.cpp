@@ -2,9 +2,8 @@
 
 #include "KestrelCommon/Services/InputManager.h"
 #include "KestrelCommon/renderer/Camera.h"
-#include "KestrelCommon/renderer/DebugDrawer.h"
-#include "KestrelCommon/renderer/Renderer.h"
 #include "TileEditorCommon/Contracts/BrushDab.h"
+#include "TileEditorCommon/Editor/GroundView.h"
 #include "TileEditorCommon/Editor/TileEditor.h"
 #include "TileEditorCommon/Ground/EditorTerrainSurface.h"
 
@@ -15,8 +14,8 @@ void TileEditor::paintStep(float dt)
 {
     const auto hit = groundUnderCursor();
     const bool bOverWidget = m_pInterface && m_pInterface->isMouseOverWidget();
-    if (hit && (m_bStrokeActive || !bOverWidget))
-        drawBrushOutline(*hit);
+    if (hit && m_pGroundView && (m_bStrokeActive || !bOverWidget))
+        m_pGroundView->drawBrush(*m_pSurface, *hit, static_cast<float>(m_toolState.size) * 0.5f);
     if (m_services.pInput->buttonState[0] != InputHeld)
     {
         m_bStrokeActive = false;
@@ -45,13 +44,13 @@ void TileEditor::paint(const glm::vec3& hit, float fStep)
     switch (m_toolState.heightMode)
     {
     case HeightFlatten:
-        m_pSurface->flatten(dab);
+        m_pSurface->paintFlatten(dab);
         break;
     case HeightSmooth:
-        m_pSurface->smooth(dab);
+        m_pSurface->paintSmooth(dab);
         break;
     default:
-        m_pSurface->raise(dab, m_services.pInput->mods() & ModControl ? -1.0f : 1.0f);
+        m_pSurface->paintHeight(dab, (m_services.pInput->mods() & ModControl) != 0);
         break;
     }
 }
