@@ -1,0 +1,28 @@
+#include "MyGuiCommon/GuiWidgets.h"
+
+#include "MyGuiCommon/AdvanceEditBox.h"
+#include "MyGuiCommon/EditorButton.h"
+#include "MyGuiCommon/SliceSkin.h"
+
+#include <MyGUI_FactoryManager.h>
+
+namespace GuiWidgets
+{
+
+void registerFactories()
+{
+    SliceSkin::registerFactory();
+    MyGUI::FactoryManager& factory = MyGUI::FactoryManager::getInstance();
+    factory.registerFactory<EditorButton>("Widget");
+    factory.registerFactory<AdvanceEditBox>("Widget");
+}
+
+void unregisterFactories()
+{
+    MyGUI::FactoryManager& factory = MyGUI::FactoryManager::getInstance();
+    factory.unregisterFactory<AdvanceEditBox>("Widget");
+    factory.unregisterFactory<EditorButton>("Widget");
+    SliceSkin::unregisterFactory();
+}
+
+} // namespace GuiWidgets

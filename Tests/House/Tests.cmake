@@ -1,0 +1,1 @@
+qm_tests(HouseTests House)
