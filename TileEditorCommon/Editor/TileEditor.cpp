@@ -1,0 +1,91 @@
+#include "TileEditorCommon/Editor/TileEditor.h"
+
+#include "KestrelCommon/Core/Assert.h"
+#include "KestrelCommon/Core/FrameClock.h"
+#include "KestrelCommon/Core/Random.h"
+#include "KestrelCommon/Services/DirectoryManager.h"
+#include "KestrelCommon/renderer/Camera.h"
+#include "KestrelCommon/renderer/Renderer.h"
+#include "TileEditorCommon/Clutter/EditorTerrainClutter.h"
+#include "TileEditorCommon/Contracts/ChangeMask.h"
+#include "TileEditorCommon/Document/Tile.h"
+#include "TileEditorCommon/Editor/GroundView.h"
+#include "TileEditorCommon/Ground/Brush.h"
+#include "TileEditorCommon/Ground/CollisionWorld.h"
+#include "TileEditorCommon/Ground/EditorTerrainSurface.h"
+#include "TileEditorCommon/Pictures/IconGenerator.h"
+
+#include <chrono>
+
+namespace tilebuilder
+{
+
+TileEditor* TileEditor::_Instance = nullptr;
+
+TileEditor::TileEditor(const EditorServices& services, bool bInfoBox, uint64_t uCreatorId)
+    : m_services(services),
+      m_uCreatorId(uCreatorId),
+      m_bInfoBox(bInfoBox)
+{
+    QM_ASSERT(_Instance == nullptr);
+    _Instance = this;
+    seedRandom(static_cast<uint64_t>(std::chrono::system_clock::now().time_since_epoch().count()));
+    if (m_services.pRenderer)
+        m_pIconGenerator = std::make_unique<IconGenerator>(*m_services.pRenderer, *m_services.pResources);
+    m_toolState.pBrush = brush(0);
+    m_pCollision = std::make_unique<CollisionWorld>();
+    m_pSurface = std::make_unique<EditorTerrainSurface>(*this, &m_pCollision->world());
+    if (m_services.pRenderer)
+        m_pGroundView = std::make_unique<GroundView>(*m_services.pRenderer, *m_services.pResources);
+    m_pClutter = std::make_unique<EditorTerrainClutter>(*this, *m_pSurface);
+    m_toolState.tool = ToolPlace;
+    newTile(1);
+}
+
+TileEditor::~TileEditor()
+{
+    closeDocument();
+    _Instance = nullptr;
+}
+
+void TileEditor::setInterface(EditorInterfaceI* pInterface)
+{
+    m_pInterface = pInterface;
+    if (m_pInterface)
+        m_pInterface->showToolPanels(m_toolState.tool);
+    markInterfaceDirty(0);
+}
+
+void TileEditor::setTool(uint8_t uTool)
+{
+    if (m_toolState.tool != uTool)
+    {
+        m_toolState.tool = uTool;
+        if (m_pInterface)
+            m_pInterface->showToolPanels(uTool);
+    }
+    markInterfaceDirty(0);
+}
+
+void TileEditor::markChanged(uint32_t uMask)
+{
+    m_pending.mark(uMask, FrameClock::clockMs());
+    markInterfaceDirty(uMask);
+}
+
+void TileEditor::markInterfaceDirty(uint32_t uMask)
+{
+    m_uDirtyMask |= uMask;
+    m_bInterfaceDirty = true;
+}
+
+bool TileEditor::takeInterfaceDirty(uint32_t& uMask)
+{
+    if (!m_bInterfaceDirty)
+        return false;
+    uMask = std::exchange(m_uDirtyMask, 0);
+    m_bInterfaceDirty = false;
+    return true;
+}
+
+} // namespace tilebuilder

@@ -1,0 +1,190 @@
+#pragma once // The editor object: the open document, the tools, and what input does to them.
+
+#include "TileEditorCommon/Contracts/DocumentHostI.h"
+#include "TileEditorCommon/Contracts/EditorActionsI.h"
+#include "TileEditorCommon/Contracts/EditorInterfaceI.h"
+#include "TileEditorCommon/Contracts/EditorSinkI.h"
+#include "TileEditorCommon/Editor/PendingChange.h"
+#include "TileEditorCommon/Editor/StrokeClock.h"
+
+#include <functional>
+#include <glm/vec3.hpp>
+#include <memory>
+
+class InputManager;
+class UgcManager;
+struct Camera;
+namespace platform
+{
+struct AudioListener;
+}
+namespace rend
+{
+class GraphicsDeviceI;
+class Renderer;
+} // namespace rend
+namespace resource
+{
+class ResourceManager;
+}
+
+namespace tilebuilder
+{
+
+class CollisionWorld;
+class EditorTerrainClutter;
+class EditorTerrainSurface;
+class GroundView;
+class IconGenerator;
+class Tile;
+enum class SaveResult : uint8_t;
+
+/// What the editor object works with; all borrowed and longer-lived.
+struct EditorServices
+{
+    Camera* pCamera = nullptr;
+    InputManager* pInput = nullptr;
+    platform::AudioListener* pAudio = nullptr;
+    rend::GraphicsDeviceI* pDevice = nullptr; ///< null: nothing is drawn, in tests
+    resource::ResourceManager* pResources = nullptr;
+    rend::Renderer* pRenderer = nullptr;
+};
+
+/// Holds the one open document and turns input into changes of it. Exactly one exists. Its
+/// sources are rooms by concern: update, paint, documents, save, actions, batch.
+///
+/// Threads: main thread only. Work fans out over the task pools and joins before it returns.
+class TileEditor : public EditorActionsI, public EditorSinkI, public DocumentHostI
+{
+public:
+    static TileEditor* _Instance;
+    static constexpr float s_fRayLength = 4000.0f; ///< metres
+
+    /// Opens an empty tile of one cell. bInfoBox: foreign files keep their names.
+    TileEditor(const EditorServices& services, bool bInfoBox, uint64_t uCreatorId);
+    ~TileEditor() override;
+    TileEditor(const TileEditor&) = delete;
+    TileEditor& operator=(const TileEditor&) = delete;
+
+    /// The windows; null in a program without any. Selects the tool once they are there.
+    void setInterface(EditorInterfaceI* pInterface);
+
+    // Frame
+
+    /// One frame's work on the document, seconds since the last.
+    void update(float dt);
+    /// A left press that the interface left over.
+    void leftMouseDown();
+    [[nodiscard]] bool isRunning() const { return m_bRunning; }
+
+    /// Whether the windows must refresh, and what changed; clears both.
+    [[nodiscard]] bool takeInterfaceDirty(uint32_t& uMask);
+
+    // Documents
+
+    void newTile(int32_t iSize);
+    /// False: the path leads nowhere or the file is broken; the open document stays.
+    bool openTile(const std::string& sPath, bool bForget);
+    void closeDocument();
+    /// Asks about unsaved changes where there are any, then does it.
+    void whenSafe(std::function<void()> fnAction);
+
+    /// Loads and saves again every tile of a list file; how many went through.
+    uint32_t processTiles(const std::string& sListPath);
+
+    [[nodiscard]] Tile* tile() const { return m_pTile.get(); }
+    [[nodiscard]] EditorTerrainSurface& surface() { return *m_pSurface; }
+
+    // EditorActionsI
+
+    [[nodiscard]] EditorToolState& toolState() override { return m_toolState; }
+    void setTool(uint8_t uTool) override;
+    [[nodiscard]] std::vector<BrushChoice> brushes() const override;
+    [[nodiscard]] bool isDocumentOpen() const override;
+    [[nodiscard]] std::string documentName() const override;
+    [[nodiscard]] std::string documentDirectory() const override;
+    [[nodiscard]] Uuid documentUuid() const override;
+    [[nodiscard]] bool isUnsaved() const override;
+    [[nodiscard]] std::vector<std::string> pathStack() const override { return m_vecPathStack; }
+    void save() override;
+    void saveAs(const std::string& sName, const std::string& sDirectory) override;
+    void requestNewTile(int32_t iSize) override;
+    void openDocument(const std::string& sPath) override;
+    void openStackLevel(size_t uLevel) override;
+    void requestExit() override;
+    [[nodiscard]] std::vector<TileFile> tileFiles() const override;
+    [[nodiscard]] CameraStatus cameraStatus() const override;
+    void setFlySpeed(float fSpeed) override;
+    void moveCameraForward(float fDistance) override;
+    [[nodiscard]] std::optional<std::array<float, 3>> cursorHit() const override;
+    [[nodiscard]] std::optional<float> gridSpacing() const override { return std::nullopt; }
+
+    // EditorSinkI
+
+    void markChanged(uint32_t uMask) override;
+    void markInterfaceDirty(uint32_t uMask) override;
+
+    // DocumentHostI
+
+    void reinitialise(int32_t iWidth, int32_t iHeight, uint32_t uType, const std::string& sPath) override;
+    [[nodiscard]] bool keepsForeignNames() const override { return m_bInfoBox; }
+    void skipPendingChanges() override { m_pending.skipFrames(); }
+    [[nodiscard]] bool hasContext() const override;
+    std::string contextDirectory() override;
+    [[nodiscard]] std::string findUserTile(std::string_view sFileName) const override;
+    std::string createTileItem(std::string_view sName) override;
+    void discardTileItem(std::string_view sDirectory) override;
+
+private:
+    // Update
+
+    void updateHistory();
+    void updateTools(float dt);
+    void endPress();
+    [[nodiscard]] std::optional<glm::vec3> groundUnderCursor() const;
+
+    // Paint
+
+    void paintStep(float dt);
+    void paint(const glm::vec3& hit, float fStep);
+
+    // Documents
+
+    void onDocumentOpened(int32_t iWidth, int32_t iHeight, uint32_t uType);
+    void frameDocument(int32_t iWidth, int32_t iHeight);
+
+    // Save
+
+    void finishSave(SaveResult eResult, const std::string& sName, const std::string& sDirectory);
+    void makePreview(const std::string& sDirectory);
+    void updateContentItem(const std::string& sDirectory);
+    void showMessage(const std::string& sText);
+
+    EditorServices m_services;
+    EditorInterfaceI* m_pInterface = nullptr;
+
+    std::vector<std::string> m_vecPathStack; ///< documents on the way to the open one
+    EditorToolState m_toolState;
+    std::unique_ptr<CollisionWorld> m_pCollision;
+    std::unique_ptr<EditorTerrainSurface> m_pSurface;
+    std::unique_ptr<GroundView> m_pGroundView; ///< null without a device
+    std::unique_ptr<EditorTerrainClutter> m_pClutter;
+    std::unique_ptr<IconGenerator> m_pIconGenerator; ///< null without a device
+    std::unique_ptr<Tile> m_pTile;
+    std::unique_ptr<Tile> m_pIncomingTile; ///< being loaded; takes the open one's place once it is good
+
+    uint64_t m_uCreatorId;
+    bool m_bInfoBox;
+    bool m_bGroundOpen = false;  ///< surface and clutter are live
+    bool m_bObjectsOpen = false; ///< the document has entities
+    bool m_bRunning = true;
+
+    StrokeClock m_strokeClock;
+    bool m_bStrokeDirty = false;  ///< a stroke touched the ground since it started
+    bool m_bStrokeActive = false; ///< the button went down over the view with a painting tool
+    PendingChange m_pending;
+    bool m_bInterfaceDirty = true;
+    uint32_t m_uDirtyMask = 0;
+};
+
+} // namespace tilebuilder

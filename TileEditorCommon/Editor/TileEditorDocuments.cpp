@@ -1,0 +1,158 @@
+// Opening, closing and making documents.
+
+#include "KestrelCommon/Core/Assert.h"
+#include "KestrelCommon/Core/Console.h"
+#include "KestrelCommon/Platform/CrashSender.h"
+#include "KestrelCommon/Services/DirectoryManager.h"
+#include "KestrelCommon/Tile/TileFormat.h"
+#include "KestrelCommon/renderer/Camera.h"
+#include "KestrelCommon/renderer/Renderer.h"
+#include "TileEditorCommon/Clutter/EditorTerrainClutter.h"
+#include "TileEditorCommon/Document/Tile.h"
+#include "TileEditorCommon/Editor/GroundView.h"
+#include "TileEditorCommon/Editor/TileEditor.h"
+#include "TileEditorCommon/Ground/EditorTerrainSurface.h"
+
+#include <cmath>
+
+namespace tilebuilder
+{
+
+namespace
+{
+
+constexpr const char* s_pUnsavedTitle = "#{MENU_YN_TITLE_ARE_YOU_SURE}";
+constexpr const char* s_pUnsavedText = "Are you sure you want leave this tile? There are unsaved changes.";
+constexpr float s_fFramingElevation = 45.0f; ///< degrees
+
+} // namespace
+
+bool TileEditor::isDocumentOpen() const
+{
+    return m_pTile && (m_bGroundOpen || m_bObjectsOpen);
+}
+
+bool TileEditor::isUnsaved() const
+{
+    return m_pTile && m_pTile->isUnsaved();
+}
+
+void TileEditor::whenSafe(std::function<void()> fnAction)
+{
+    if (isUnsaved() && m_pInterface)
+        m_pInterface->askYesNo(s_pUnsavedTitle, s_pUnsavedText, std::move(fnAction));
+    else
+        fnAction();
+}
+
+void TileEditor::requestNewTile(int32_t iSize)
+{
+    whenSafe([this, iSize] { newTile(iSize); });
+}
+
+void TileEditor::newTile(int32_t iSize)
+{
+    closeDocument();
+    m_vecPathStack.clear();
+    if (!QM_ASSERT(m_pTile == nullptr))
+        return;
+    m_pTile = makeTile();
+    m_pTile->create(Uuid::random(), m_uCreatorId, iSize, iSize, tile::TypeGround);
+    onDocumentOpened(iSize, iSize, tile::TypeGround);
+    m_pTile->pushState(true);
+    skipPendingChanges();
+}
+
+void TileEditor::openDocument(const std::string& sPath)
+{
+    whenSafe(
+        [this, sPath]
+        {
+            if (!openTile(sPath, false))
+                showMessage(UTILS::concat("Could not open '", sPath, "'. The log says why."));
+        });
+}
+
+void TileEditor::openStackLevel(size_t uLevel)
+{
+    if (uLevel + 1 < m_vecPathStack.size())
+        openDocument(m_vecPathStack[uLevel]);
+}
+
+bool TileEditor::openTile(const std::string& sPath, bool /*bForget*/)
+{
+    if (!DirectoryManager::ms_pInstance->isValidKeyedPath(sPath) ||
+        !DirectoryManager::ms_pInstance->exists(sPath))
+    {
+        QM_LOG_ERROR("Failed to open tile '", sPath, "' is not a valid path");
+        return false;
+    }
+    BugSplatUtil::setCurrentFile(sPath);
+    // The image is checked before the open document has to go; see reinitialise().
+    m_pIncomingTile = makeTile();
+    Tile* pLoading = m_pIncomingTile.get();
+    const bool bLoaded = pLoading->load(sPath);
+    m_pIncomingTile.reset();
+    if (m_pTile.get() != pLoading)
+    {
+        BugSplatUtil::setCurrentFile(m_vecPathStack.empty() ? std::string() : m_vecPathStack.back());
+        return false;
+    }
+    m_vecPathStack = {sPath};
+    skipPendingChanges();
+    markInterfaceDirty(0);
+    return bLoaded;
+}
+
+void TileEditor::reinitialise(int32_t iWidth, int32_t iHeight, uint32_t uType, const std::string& /*sPath*/)
+{
+    if (!QM_ASSERT(m_pIncomingTile != nullptr))
+        return;
+    closeDocument();
+    m_pTile = std::move(m_pIncomingTile);
+    onDocumentOpened(iWidth, iHeight, uType);
+}
+
+void TileEditor::closeDocument()
+{
+    if (m_bGroundOpen)
+    {
+        if (m_pGroundView)
+            m_pGroundView->release();
+        m_pSurface->release();
+        m_pClutter->release();
+        m_bGroundOpen = false;
+    }
+    m_bObjectsOpen = false;
+    m_pTile.reset();
+    m_bStrokeActive = false;
+    m_bStrokeDirty = false;
+    m_pending.clear();
+    markInterfaceDirty(0);
+    BugSplatUtil::setCurrentFile({});
+}
+
+void TileEditor::onDocumentOpened(int32_t iWidth, int32_t iHeight, uint32_t uType)
+{
+    if (uType == tile::TypeGround)
+    {
+        m_pSurface->init(iWidth * tile::CellSize, iHeight * tile::CellSize);
+        m_pClutter->init(iWidth * tile::CellSize, iHeight * tile::CellSize);
+        m_bGroundOpen = true;
+    }
+    m_bObjectsOpen = true;
+    if (m_services.pRenderer)
+        m_services.pRenderer->setSceneMode(uType == tile::TypeGround ? rend::SceneMode::GroundTile
+                                                                     : rend::SceneMode::GridTile);
+    frameDocument(uType == tile::TypeGround ? iWidth : 1, uType == tile::TypeGround ? iHeight : 1);
+    markInterfaceDirty(0);
+}
+
+void TileEditor::frameDocument(int32_t iWidth, int32_t iHeight)
+{
+    const auto fHalf = static_cast<float>(tile::CellSize) * 0.5f;
+    const glm::vec3 centre(fHalf * static_cast<float>(iWidth), fHalf * static_cast<float>(iHeight), 0.0f);
+    m_services.pCamera->frame(centre, std::hypot(centre.x, centre.y), s_fFramingElevation, false);
+}
+
+} // namespace tilebuilder

@@ -1,0 +1,86 @@
+// The frame of the editor object: history, tools, end of a press.
+
+#include "KestrelCommon/Core/FrameClock.h"
+#include "KestrelCommon/Platform/AudioListener.h"
+#include "KestrelCommon/Services/InputManager.h"
+#include "KestrelCommon/renderer/Camera.h"
+#include "KestrelCommon/renderer/Renderer.h"
+#include "TileEditorCommon/Clutter/EditorTerrainClutter.h"
+#include "TileEditorCommon/Document/Tile.h"
+#include "TileEditorCommon/Editor/GroundView.h"
+#include "TileEditorCommon/Editor/TileEditor.h"
+#include "TileEditorCommon/Ground/EditorTerrainSurface.h"
+
+namespace tilebuilder
+{
+
+void TileEditor::update(float dt)
+{
+    if (isDocumentOpen())
+    {
+        updateHistory();
+        updateTools(dt);
+        if (m_bGroundOpen && m_pSurface->isDirty())
+        {
+            m_pSurface->rebuild();
+            if (m_pGroundView)
+                m_pGroundView->update(*m_pSurface);
+        }
+        if (!m_services.pInput->buttonDown[0] && !m_services.pInput->buttonDown[2])
+            endPress();
+    }
+    if (m_services.pAudio)
+    {
+        m_services.pAudio->position = m_services.pCamera->position;
+        m_services.pAudio->forward = m_services.pCamera->forward();
+        m_services.pAudio->up = m_services.pCamera->up();
+    }
+}
+
+void TileEditor::updateHistory()
+{
+    m_pending.beginFrame();
+    if (!m_pending.isDue(FrameClock::clockMs(), m_services.pInput->buttonDown[0]))
+        return;
+    m_pTile->pushState(false);
+    m_pending.clear();
+    markInterfaceDirty(0);
+}
+
+void TileEditor::updateTools(float dt)
+{
+    if (m_services.pCamera->flying)
+        return;
+    if (m_bGroundOpen && m_toolState.tool <= ToolClutter && m_toolState.pickState == 2)
+        paintStep(dt);
+}
+
+void TileEditor::endPress()
+{
+    if (m_toolState.tool <= ToolClutter && m_bStrokeDirty)
+    {
+        m_strokeClock.rearm();
+        m_bStrokeDirty = false;
+    }
+    m_bStrokeActive = false;
+    if (m_toolState.pickState == 1)
+        m_toolState.pickState = 2;
+}
+
+std::optional<glm::vec3> TileEditor::groundUnderCursor() const
+{
+    if (!m_bGroundOpen)
+        return std::nullopt;
+    const CursorPosition& cursor = m_services.pInput->mousePosition;
+    const CameraRay ray =
+        m_services.pCamera->ray(static_cast<float>(cursor.iX), static_cast<float>(cursor.iY));
+    const auto hit = m_pSurface->castRay(ray.origin, ray.origin + ray.direction * s_fRayLength);
+    return hit ? std::optional(hit->position) : std::nullopt;
+}
+
+void TileEditor::leftMouseDown()
+{
+    // The eyedropper and picking come with the tools that use them.
+}
+
+} // namespace tilebuilder
