@@ -69,21 +69,21 @@ struct TileEditorInterface::Face
     std::unique_ptr<BrushWindow> pBrushWindow;
     std::unique_ptr<HeightPanel> pHeightPanel;
 
-    explicit Face(const InterfaceParts& parts, TileEditorInterface& owner);
+    explicit Face(TileEditorInterface& owner);
     ~Face();
     Face(const Face&) = delete;
     Face& operator=(const Face&) = delete;
 
-    void makeBars(const InterfaceParts& parts, TileEditorInterface& owner);
-    void makeWindows(const InterfaceParts& parts, TileEditorInterface& owner);
+    void makeBars(TileEditorInterface& owner);
+    void makeWindows(TileEditorInterface& owner);
     void place();
     void placeRightBar();
 };
 
-TileEditorInterface::Face::Face(const InterfaceParts& parts, TileEditorInterface& owner)
+TileEditorInterface::Face::Face(TileEditorInterface& owner)
 {
     pOverlay = MyGUI::Gui::getInstance().createWidgetT(
-        "Widget", "WhiteSkin", MyGUI::IntCoord(0, 0, parts.gui.width(), parts.gui.height()),
+        "Widget", "WhiteSkin", MyGUI::IntCoord(0, 0, owner.m_gui.width(), owner.m_gui.height()),
         MyGUI::Align::Stretch, "Popup", "Popup");
     pOverlay->setColour(MyGUI::Colour::Black);
     pOverlay->setAlpha(0.6f);
@@ -96,10 +96,10 @@ TileEditorInterface::Face::Face(const InterfaceParts& parts, TileEditorInterface
     for (MyGUI::Widget* pWidget : vecPopupWidgets)
         pWidget->setInheritsAlpha(false);
 
-    makeWindows(parts, owner);
-    if (parts.bInfoBox)
+    makeWindows(owner);
+    if (owner.m_bInfoBox)
         pInfoBox = findTop<MyGUI::TextBox>(vecMainWidgets, "InfoBox");
-    makeBars(parts, owner);
+    makeBars(owner);
     place();
 }
 
@@ -113,26 +113,26 @@ TileEditorInterface::Face::~Face()
     MyGUI::Gui::getInstance().destroyWidget(pOverlay);
 }
 
-void TileEditorInterface::Face::makeWindows(const InterfaceParts& parts, TileEditorInterface& owner)
+void TileEditorInterface::Face::makeWindows(TileEditorInterface& owner)
 {
     const auto fnClose = [&owner] { owner.hidePopups(); };
     if (auto* pWindow = findTop<MyGUI::Window>(vecPopupWidgets, "NewWindow"))
-        pNewWindow = std::make_unique<TileCreateWindow>(pWindow, parts.actions, tips, fnClose);
+        pNewWindow = std::make_unique<TileCreateWindow>(pWindow, owner.m_actions, tips, fnClose);
     if (auto* pWindow = findTop<MyGUI::Window>(vecPopupWidgets, "OpenTileWindow"))
-        pOpenTileWindow = std::make_unique<OpenTileWindow>(pWindow, parts.actions, fnClose);
+        pOpenTileWindow = std::make_unique<OpenTileWindow>(pWindow, owner.m_actions, fnClose);
     if (auto* pWidget = findTop<MyGUI::Widget>(vecMainWidgets, "BrushWindow"))
-        pBrushWindow = std::make_unique<BrushWindow>(pWidget, parts.actions, tips);
+        pBrushWindow = std::make_unique<BrushWindow>(pWidget, owner.m_actions, tips);
     if (auto* pWidget = findTop<MyGUI::Widget>(vecMainWidgets, "TerrainBrushWindow"))
-        pHeightPanel = std::make_unique<HeightPanel>(pWidget, parts.actions);
+        pHeightPanel = std::make_unique<HeightPanel>(pWidget, owner.m_actions);
 }
 
-void TileEditorInterface::Face::makeBars(const InterfaceParts& parts, TileEditorInterface& owner)
+void TileEditorInterface::Face::makeBars(TileEditorInterface& owner)
 {
     pBar = findTop<MyGUI::Widget>(vecMainWidgets, "MenuBarContainer");
     if (auto* pLeft = findIn<MyGUI::Widget>(pBar, "LeftMenuBar"))
     {
         pLeftMenuBar = std::make_unique<EditorMenu>(pLeft, tips);
-        pLeftMenuBar->replace(buildLeftBar(parts.actions, owner, parts.keys));
+        pLeftMenuBar->replace(buildLeftBar(owner.m_actions, owner, owner.m_keys));
     }
     pRight = findIn<MyGUI::Widget>(pBar, "RightMenuBar");
     if (pRight)
@@ -141,7 +141,7 @@ void TileEditorInterface::Face::makeBars(const InterfaceParts& parts, TileEditor
     if (pCenter)
     {
         pCenterMenuBar = std::make_unique<EditorMenu>(pCenter, tips);
-        pCenterMenuBar->replace(buildToolButtons(parts.actions, parts.keys));
+        pCenterMenuBar->replace(buildToolButtons(owner.m_actions, owner.m_keys));
     }
 }
 
@@ -176,16 +176,22 @@ void TileEditorInterface::Face::placeRightBar()
                      pRight->getHeight());
 }
 
-TileEditorInterface::TileEditorInterface(const InterfaceParts& parts) : m_parts(parts)
+TileEditorInterface::TileEditorInterface(EditorActionsI& actions, GuiSystemManager& gui, PopUpManager& popUps,
+                                         const InputManager& input, bool bInfoBox)
+    : m_actions(actions),
+      m_gui(gui),
+      m_popUps(popUps),
+      m_keys(input),
+      m_bInfoBox(bInfoBox)
 {
-    bindEditorActions(m_parts.keys, m_parts.actions, *this);
-    m_parts.gui.addListener(this);
+    bindEditorActions(m_keys, m_actions, *this);
+    m_gui.addListener(this);
     createWidgets();
 }
 
 TileEditorInterface::~TileEditorInterface()
 {
-    m_parts.gui.removeListener(this);
+    m_gui.removeListener(this);
     m_pFace.reset();
 }
 
@@ -196,9 +202,9 @@ void TileEditorInterface::destroyWidgets()
 
 void TileEditorInterface::createWidgets()
 {
-    m_pFace = std::make_unique<Face>(m_parts, *this);
+    m_pFace = std::make_unique<Face>(*this);
     hidePopups();
-    showToolPanels(m_parts.actions.toolState().tool);
+    showToolPanels(m_actions.toolState().tool);
     refresh(~0u);
 }
 
@@ -210,27 +216,32 @@ void TileEditorInterface::placeWidgets()
 
 bool TileEditorInterface::isPointerFree() const
 {
-    return !m_parts.gui.isMouseOverWidget() && !m_parts.gui.hasKeyFocus();
+    return !m_gui.isMouseOverWidget() && !m_gui.hasKeyFocus();
 }
 
 bool TileEditorInterface::isMouseFree() const
 {
-    return !m_parts.gui.isMouseOverWidget() && !m_parts.gui.isEditing();
+    return !m_gui.isMouseOverWidget() && !m_gui.isEditing();
 }
 
 bool TileEditorInterface::hasNoKeyFocus() const
 {
-    return !m_parts.gui.hasKeyFocus();
+    return !m_gui.hasKeyFocus();
 }
 
 bool TileEditorInterface::isMouseOverWidget() const
 {
-    return m_parts.gui.isMouseOverWidget();
+    return m_gui.isMouseOverWidget();
 }
 
 bool TileEditorInterface::isEditing() const
 {
-    return m_parts.gui.isEditing();
+    return m_gui.isEditing();
+}
+
+void TileEditorInterface::updateKeys()
+{
+    m_keys.update(isMouseFree(), hasNoKeyFocus(), m_actions.cameraStatus().flying);
 }
 
 void TileEditorInterface::showToolPanels(uint8_t uTool)
@@ -276,20 +287,19 @@ void TileEditorInterface::showOpenWindow()
 void TileEditorInterface::showSaveAsWindow()
 {
     hidePopups();
-    m_parts.popUps.askText("Save Tile", s_uNameLimit, m_parts.actions.documentName(),
-                           [this](const std::string& sName) { saveUnder(sName); });
+    m_popUps.askText("Save Tile", s_uNameLimit, m_actions.documentName(),
+                     [this](const std::string& sName) { saveUnder(sName); });
 }
 
 void TileEditorInterface::saveUnder(const std::string& sName)
 {
-    if (!m_parts.actions.isDocumentOpen())
+    if (!m_actions.isDocumentOpen())
         QM_LOG_WARNING("Tile Save Error");
     else if (!isValidFileName(sName))
-        m_parts.popUps.showMessage("ERROR_MESSAGE", "Invalid file name!");
+        m_popUps.showMessage("ERROR_MESSAGE", "Invalid file name!");
     else
-        m_parts.actions.saveAs(sName, sName == m_parts.actions.documentName()
-                                          ? m_parts.actions.documentDirectory()
-                                          : std::string());
+        m_actions.saveAs(sName,
+                         sName == m_actions.documentName() ? m_actions.documentDirectory() : std::string());
 }
 
 void TileEditorInterface::toggleStatusOverlay()
@@ -306,9 +316,9 @@ void TileEditorInterface::updateOverlay(uint32_t uFrames, double fCpuMs, double 
         sText = statusText({.uFrames = uFrames,
                             .fCpuMs = fCpuMs,
                             .fGpuMs = fGpuMs,
-                            .camera = m_parts.actions.cameraStatus().position,
-                            .cursor = m_parts.actions.cursorHit().value_or(std::array<float, 3>{}),
-                            .gridSpacing = m_parts.actions.gridSpacing()});
+                            .camera = m_actions.cameraStatus().position,
+                            .cursor = m_actions.cursorHit().value_or(std::array<float, 3>{}),
+                            .gridSpacing = m_actions.gridSpacing()});
     if (m_pFace->pInfoBox->getCaption() != MyGUI::UString(sText))
         m_pFace->pInfoBox->setCaption(sText);
 }
@@ -318,19 +328,19 @@ void TileEditorInterface::refresh(uint32_t)
     if (!m_pFace)
         return;
     if (m_pFace->pLeftMenuBar)
-        for (const EntryState& state : leftBarStates(m_parts.actions))
+        for (const EntryState& state : leftBarStates(m_actions))
         {
             m_pFace->pLeftMenuBar->setEnabled(state.sId, state.bEnabled);
             m_pFace->pLeftMenuBar->setChecked(state.sId, state.bChecked);
         }
     if (m_pFace->pCenterMenuBar)
-        for (const MenuEntry& button : buildToolButtons(m_parts.actions, m_parts.keys))
+        for (const MenuEntry& button : buildToolButtons(m_actions, m_keys))
         {
             m_pFace->pCenterMenuBar->setColour(button.sId, *button.colour);
             m_pFace->pCenterMenuBar->setChecked(button.sId, button.bChecked);
             m_pFace->pCenterMenuBar->setIcon(button.sId, button.sIcon);
         }
-    if (m_pFace->pRightMenuBar && m_pFace->pRightMenuBar->replace(buildRightBar(m_parts.actions)))
+    if (m_pFace->pRightMenuBar && m_pFace->pRightMenuBar->replace(buildRightBar(m_actions)))
         m_pFace->placeRightBar();
     if (m_pFace->pBrushWindow)
         m_pFace->pBrushWindow->refresh();
@@ -340,25 +350,25 @@ void TileEditorInterface::refresh(uint32_t)
 
 void TileEditorInterface::showMessage(std::string_view sTitle, std::string_view sText)
 {
-    m_parts.popUps.showMessage(sTitle, sText);
+    m_popUps.showMessage(sTitle, sText);
 }
 
 void TileEditorInterface::askYesNo(std::string_view sTitle, std::string_view sText,
                                    std::function<void()> onYes)
 {
-    m_parts.popUps.askYesNo(sTitle, sText, std::move(onYes));
+    m_popUps.askYesNo(sTitle, sText, std::move(onYes));
 }
 
 void TileEditorInterface::showProgress(std::string_view sName, float fDone)
 {
-    m_parts.popUps.showProgress(sName, fDone);
-    if (m_parts.fnDrawFrame)
-        m_parts.fnDrawFrame();
+    m_popUps.showProgress(sName, fDone);
+    if (m_fnDrawFrame)
+        m_fnDrawFrame();
 }
 
 void TileEditorInterface::hideProgress()
 {
-    m_parts.popUps.hideProgress();
+    m_popUps.hideProgress();
 }
 
 } // namespace tilebuilder
