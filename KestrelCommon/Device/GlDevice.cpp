@@ -61,6 +61,10 @@ GlDevice::GlDevice(GlContextI& context, const GlDeviceSettings& settings)
     if (m_bClipControl)
         glClipControl(GL_LOWER_LEFT, GL_ZERO_TO_ONE);
 
+    GLint iBlocks = 0;
+    glGetIntegerv(GL_MAX_VERTEX_SHADER_STORAGE_BLOCKS, &iBlocks);
+    m_bStorageBuffers = iBlocks > 0;
+
     if (settings.bDebugOutput)
     {
         glEnable(GL_DEBUG_OUTPUT);

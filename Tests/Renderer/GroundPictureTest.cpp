@@ -189,6 +189,7 @@ TEST_P(GroundPictureTest, hillsAreLitStructuredAndHazy)
     for (const Shot& shot :
          {Shot{"over", {-12.0f, -22.0f, 38.0f}, {0.65f, 0.75f, -0.34f}},
           Shot{"down", {64.0f, 10.0f, 70.0f}, {0.0f, 0.6f, -0.7f}},
+          Shot{"back", {118.0f, 122.0f, 42.0f}, {-0.62f, -0.66f, -0.42f}},
           Shot{"near", {58.0f, 40.0f, hillsAt(58.0f, 40.0f, fSize).fHeight + 1.8f}, {0.7f, 0.6f, -0.22f}},
           Shot{"feet", {30.0f, 60.0f, hillsAt(30.0f, 60.0f, fSize).fHeight + 1.8f}, {-0.5f, 0.5f, -0.55f}}})
     {
@@ -220,6 +221,23 @@ TEST_P(GroundPictureTest, hillsAreLitStructuredAndHazy)
         scene.keep(std::string(shot.pName) + "-" + sPath);
     }
     EXPECT_EQ(m_log.errors(), 0u) << m_log.dump();
+}
+
+/// What a first start shows: a flat tile of the ninth material, framed whole.
+TEST_P(GroundPictureTest, freshTileFillsTheMiddleOfItsFrame)
+{
+    TestScene scene(1280, 720, GetParam());
+    ASSERT_TRUE(scene.m_bReady) << m_log.dump();
+    setPlain(scene, 8);
+    scene.m_camera.position = {0.0f, 0.0f, 0.0f};
+    scene.m_camera.frame({32.0f, 32.0f, 0.0f}, std::sqrt(2.0f) * 32.0f, 45.0f, false);
+    scene.draw();
+    const resource::Picture picture = scene.picture();
+    const Mean ground = meanOf(picture, 0.4, 0.4, 0.6, 0.6);
+    const Mean corner = meanOf(picture, 0.0, 0.9, 0.1, 1.0);
+    EXPECT_GT(ground.spread, corner.spread + 3.0);
+    EXPECT_GT(corner.b, corner.r) << "beside the tile lies the sky";
+    scene.keep(GetParam() ? "fresh-fine" : "fresh-soft");
 }
 
 INSTANTIATE_TEST_SUITE_P(Paths, GroundPictureTest, testing::Bool(),
