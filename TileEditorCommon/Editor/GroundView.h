@@ -1,7 +1,7 @@
 #pragma once // The ground on the screen: its resources, its material set, what the renderer draws.
 
 #include "TileEditorCommon/Ground/TerrainGroundMaterialSet.h"
-#include "TileEditorCommon/Ground/TerrainSurfaceUploader.h"
+#include "TileEditorCommon/Ground/GroundUploader.h"
 
 #include <glm/vec3.hpp>
 
@@ -41,7 +41,7 @@ private:
 
     rend::Renderer& m_renderer;
     resource::ResourceManager& m_resources;
-    TerrainSurfaceUploader m_uploader;
+    GroundUploader m_uploader;
     TerrainGroundMaterialSet m_materialSet;
 };
 
