@@ -69,6 +69,22 @@ TEST_F(KeyBindingsTest, modifiersMustBeExactlyThose)
     EXPECT_EQ(frame({KeyControl, 'O'}), "openWindow;");
 }
 
+// A chord may be over before the frame that sees it.
+TEST_F(KeyBindingsTest, quickChordCountsWithTheModifiersOfItsPress)
+{
+    const auto tap = [this](bool bDown)
+    {
+        for (const uint32_t uKey : {uint32_t{KeyControl}, uint32_t{'O'}})
+            m_input.queue({.eType = PlatformEventType::Key,
+                           .bDown = bDown,
+                           .uVirtualKey = uKey,
+                           .iScanCode = scanCodeOf(uKey)});
+    };
+    tap(true);
+    tap(false);
+    EXPECT_EQ(run(true, true, false), "openWindow;");
+}
+
 TEST_F(KeyBindingsTest, aHeldKeyActsOnce)
 {
     EXPECT_EQ(frame({KeyControl, 'S'}), "save;");
