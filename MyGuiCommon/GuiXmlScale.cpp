@@ -73,7 +73,7 @@ void scaleElement(ElementPtr pElement, bool bFont, float fScale)
         if (sType == "ResourceSkin")
             scaleAttribute(pElement, "size", fScale);
     }
-    else if (sName == "Property")
+    else if (sName == "Property" || sName == "UserString")
     {
         if (bFont)
             scaleFontProperty(pElement, fScale);

@@ -26,6 +26,13 @@ public:
 
     virtual void markInterfaceDirty(uint32_t uMask) = 0;
 
+    // History
+
+    /// Bytes of all states of the documents that were left and can be returned to.
+    [[nodiscard]] virtual uint64_t cachedUndoMemory() const { return 0; }
+    /// Drops the one that was left longest ago; the bytes freed, 0 when there is none.
+    virtual uint64_t evictOldestCachedTile() { return 0; }
+
     // Content items
 
     /// True when the run works within a content item.

@@ -60,7 +60,7 @@ public:
     };
     static_assert(sizeof(Vertex) == 20);
 
-    static constexpr float s_fLowest = -95.0f; ///< below which Height doesn't dig
+    static constexpr float s_fLowest = -95.0f; ///< below which raise() doesn't dig
 
     /// The world may be null; else it must outlive the surface.
     EditorTerrainSurface(EditorSinkI& sink, btCollisionWorld* pCollisionWorld);
@@ -86,9 +86,10 @@ public:
 
     // Strokes. A radius that isn't above 0 makes no dab.
 
-    void paintHeight(const BrushDab& dab, bool bLower);
-    void paintFlatten(const BrushDab& dab);
-    void paintSmooth(const BrushDab& dab);
+    /// By the weight times the sign, +1 or -1; not below s_fLowest.
+    void raise(const BrushDab& dab, float fSign);
+    void flatten(const BrushDab& dab);
+    void smooth(const BrushDab& dab);
     /// Adds to or takes from one of the eight weights; another index changes nothing.
     void paintMaterial(int32_t index, bool erase, const BrushDab& dab);
     /// Towards the colour, whose channels go through bytes first.
@@ -113,7 +114,8 @@ public:
 
     [[nodiscard]] bool isDirty() const { return m_dirty; }
     /// Renews what the changes since the last call touched; the result is that of a full rebuild.
-    void rebuild();
+    /// False when nothing had changed.
+    bool rebuild();
 
     /// What changed since the last clearPending(); call after rebuild().
     [[nodiscard]] const SurfaceUploads& pending() const { return m_pending; }

@@ -88,12 +88,11 @@ GridRect EditorTerrainSurface::heightArea(const BrushDab& dab) const
     return dabRect(dab, 2.0f, {iFirst, iFirst, static_cast<int>(m_quadsX), static_cast<int>(m_quadsY)});
 }
 
-void EditorTerrainSurface::paintHeight(const BrushDab& dab, bool bLower)
+void EditorTerrainSurface::raise(const BrushDab& dab, float fSign)
 {
     const DabArea area{heightArea(dab)};
     if (area.rect.empty())
         return;
-    const float fSign = bLower ? -1.0f : 1.0f;
     forDabRows(area, dab, 2.0f, [&](int iRow, int iFirst, std::span<const float> spanWeights) {
         const size_t uPlace = static_cast<size_t>(iRow) * m_verticesX + static_cast<size_t>(iFirst);
         float* pHeights = m_heights.data() + uPlace;
@@ -128,7 +127,7 @@ void EditorTerrainSurface::pullHeights(const GridRect& rect, const BrushDab& dab
     markVertices(rect, true);
 }
 
-void EditorTerrainSurface::paintFlatten(const BrushDab& dab)
+void EditorTerrainSurface::flatten(const BrushDab& dab)
 {
     const GridRect rect = heightArea(dab);
     if (rect.empty())
@@ -141,7 +140,7 @@ void EditorTerrainSurface::paintFlatten(const BrushDab& dab)
     pullHeights(rect, dab, {}, weightedAverage(grid, centre(dab.x, m_verticesX), centre(dab.y, m_verticesY), 0.5f));
 }
 
-void EditorTerrainSurface::paintSmooth(const BrushDab& dab)
+void EditorTerrainSurface::smooth(const BrushDab& dab)
 {
     const GridRect rect = heightArea(dab);
     if (rect.empty())

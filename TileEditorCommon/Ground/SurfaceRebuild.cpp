@@ -97,13 +97,13 @@ void EditorTerrainSurface::triangulate(const GridRect& quads)
     m_indexHash = xxh3(std::as_bytes(std::span(m_vecRowHashes)));
 }
 
-void EditorTerrainSurface::rebuild()
+bool EditorTerrainSurface::rebuild()
 {
     if (!m_dirty)
-        return;
+        return false;
     m_dirty = false;
     if (m_dirtyHeights.empty())
-        return;
+        return true;
     const GridRect heights = std::exchange(m_dirtyHeights, {});
     const GridRect interior{1, 1, static_cast<int>(m_quadsX), static_cast<int>(m_quadsY)};
     const GridRect normals = heights.grown(1).clipped(interior);
@@ -113,6 +113,7 @@ void EditorTerrainSurface::rebuild()
     m_pending.vertices.unite(normals);
     // The collision shape reads the heights in place.
     m_ray.updateBounds({m_heights, m_indices, static_cast<int>(m_quadsX), static_cast<int>(m_quadsY)}, heights);
+    return true;
 }
 
 } // namespace tilebuilder

@@ -8,13 +8,13 @@ namespace tilebuilder
 
 /// Owns the buffers and textures that the renderer draws the ground from, and keeps them equal
 /// to a surface. The device must outlive it. Main thread.
-class TerrainSurfaceUploader
+class GroundUploader
 {
 public:
-    explicit TerrainSurfaceUploader(rend::GraphicsDeviceI& device) : m_device(device) {}
-    ~TerrainSurfaceUploader() { release(); }
-    TerrainSurfaceUploader(const TerrainSurfaceUploader&) = delete;
-    TerrainSurfaceUploader& operator=(const TerrainSurfaceUploader&) = delete;
+    explicit GroundUploader(rend::GraphicsDeviceI& device) : m_device(device) {}
+    ~GroundUploader() { release(); }
+    GroundUploader(const GroundUploader&) = delete;
+    GroundUploader& operator=(const GroundUploader&) = delete;
 
     /// Sends what changed since the last call and clears the surface's record of it. Call after
     /// EditorTerrainSurface::rebuild(). True when the resources are new and must be bound anew.

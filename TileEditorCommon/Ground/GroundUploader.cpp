@@ -1,4 +1,4 @@
-#include "TileEditorCommon/Ground/TerrainSurfaceUploader.h"
+#include "TileEditorCommon/Ground/GroundUploader.h"
 
 namespace tilebuilder
 {
@@ -18,7 +18,7 @@ constexpr size_t s_uQuadBytes = 6 * sizeof(uint32_t);
 
 } // namespace
 
-void TerrainSurfaceUploader::release()
+void GroundUploader::release()
 {
     m_device.destroyBuffer(std::exchange(m_vertexBuffer, {}));
     m_device.destroyBuffer(std::exchange(m_indexBuffer, {}));
@@ -29,7 +29,7 @@ void TerrainSurfaceUploader::release()
     m_uLayout = 0;
 }
 
-void TerrainSurfaceUploader::create(const EditorTerrainSurface& surface)
+void GroundUploader::create(const EditorTerrainSurface& surface)
 {
     const auto spanVertices = std::as_bytes(surface.vertices());
     const auto spanIndices = std::as_bytes(surface.indices());
@@ -56,7 +56,7 @@ void TerrainSurfaceUploader::create(const EditorTerrainSurface& surface)
     m_uIndexCount = static_cast<uint32_t>(surface.indices().size());
 }
 
-void TerrainSurfaceUploader::sendTexels(const EditorTerrainSurface& surface, const GridRect& rect)
+void GroundUploader::sendTexels(const EditorTerrainSurface& surface, const GridRect& rect)
 {
     const rend::TextureRegion region{rect.x0, rect.y0, rect.width(), rect.height(), 0, 0};
     const size_t uPitch = size_t{surface.texelsX()} * sizeof(uint32_t);
@@ -66,7 +66,7 @@ void TerrainSurfaceUploader::sendTexels(const EditorTerrainSurface& surface, con
     m_device.updateTexture(m_texture1, region, uPitch, std::as_bytes(surface.texels1().subspan(uFirst, uCount)));
 }
 
-bool TerrainSurfaceUploader::update(EditorTerrainSurface& surface)
+bool GroundUploader::update(EditorTerrainSurface& surface)
 {
     const SurfaceUploads uploads = surface.pending();
     surface.clearPending();

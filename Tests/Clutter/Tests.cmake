@@ -1,0 +1,1 @@
+qm_tests(ClutterTests Clutter ROOMS TileEditorCommon/Clutter)

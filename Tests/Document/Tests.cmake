@@ -1,0 +1,1 @@
+qm_tests(DocumentTests Document ROOMS TileEditorCommon/Document)

@@ -1,0 +1,1 @@
+qm_tests(GroundTests Ground ROOMS TileEditorCommon/Ground)

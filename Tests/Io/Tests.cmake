@@ -1,0 +1,1 @@
+qm_tests(IoTests Io ROOMS KestrelCommon/Io LIBS PkgConfig::LZ4)

@@ -1,0 +1,1 @@
+qm_tests(TileTests Tile ROOMS KestrelCommon/Tile)

@@ -1,0 +1,140 @@
+// From an image to the document.
+
+#include "KestrelCommon/Core/Assert.h"
+#include "KestrelCommon/Core/Console.h"
+#include "TileEditorCommon/Clutter/EditorTerrainClutter.h"
+#include "TileEditorCommon/Document/Tile.h"
+#include "TileEditorCommon/Ground/EditorTerrainSurface.h"
+
+namespace tilebuilder
+{
+
+bool Tile::read(std::span<const std::byte> spanImage, const std::string& sDirectory, const std::string& sName,
+                bool bRestoring, bool bClearSelection, bool bKeepIds)
+{
+    // What the cache holds for a cell is what its grid holds, as long as the revision stands: the
+    // same bytes in the image then bring nothing new.
+    KnownSection fnKnown;
+    if (bRestoring && m_type == tile::TypeGround)
+    {
+        m_cellCache.resize(static_cast<size_t>(m_width) * static_cast<size_t>(m_height));
+        fnKnown = [this](size_t uCell, tile::SectionGroup eGroup, std::span<const std::byte> spanBytes) {
+            const int iCellX = static_cast<int>(uCell % static_cast<size_t>(m_width));
+            const int iCellY = static_cast<int>(uCell / static_cast<size_t>(m_width));
+            const uint64_t uRevision = eGroup == tile::SectionGroup::Mips ? m_services.surface.cellRevision(iCellX, iCellY)
+                                                                           : m_services.clutter.cellRevision(iCellX, iCellY);
+            const CachedSection& section =
+                m_cellCache.section(uCell, CellCache::slot(tile::sectionGroup(eGroup), 0), Lz4Quality::Fast);
+            return section.isCurrent(uRevision) && std::ranges::equal(section.bytes(), spanBytes);
+        };
+    }
+    const auto checked = checkTileImage(spanImage, sDirectory + "/" + sName, m_providers, fnKnown);
+    if (!checked)
+        return false;
+    const tile::Header& header = checked->image.header();
+    if (bRestoring)
+    {
+        if (!QM_ASSERT(header.width == m_width && header.height == m_height && tile::typeOf(header) == m_type))
+            return false;
+    }
+    else
+        takeIdentity(*checked, sDirectory, sName);
+    m_terrainCategory = tile::categoryOf(header);
+    m_terrainCategoryIndex = tile::categoryIndexOf(header);
+    if (m_type == tile::TypeGround)
+    {
+        if (!QM_ASSERT(m_services.surface.cellsX() == m_width && m_services.surface.cellsY() == m_height &&
+                       m_services.clutter.cellsX() == m_width && m_services.clutter.cellsY() == m_height))
+            return false;
+        takeGround(*checked, bRestoring);
+    }
+    takeObjects(*checked, bRestoring, bClearSelection, bKeepIds);
+    return true;
+}
+
+void Tile::takeIdentity(const CheckedImage& checked, const std::string& sDirectory, const std::string& sName)
+{
+    const tile::Header& header = checked.image.header();
+    const uint32_t uType = tile::typeOf(header);
+    const std::string sPath = sDirectory + "/" + sName;
+    QM_LOG("Loading: ", sPath);
+    QM_LOG("Tile File Version: ", header.version);
+    QM_LOG("Size: ", header.width, ", ", header.height);
+    QM_LOG("Type: ", uType);
+    QM_LOG("Tile UUID: {", header.uuid.text(), "}");
+    QM_LOG("Creator ID: ", header.creatorId);
+    m_directory = sDirectory;
+    m_name = sName;
+    m_uuid = header.uuid;
+    m_creatorId = header.creatorId;
+    m_width = header.width;
+    m_height = header.height;
+    m_type = uType;
+    m_bForeignObjects = checked.bForeignObjects;
+    m_cellCache.clear();
+    m_services.host.reinitialise(m_width, m_height, m_type, sPath);
+}
+
+void Tile::takeGround(const CheckedImage& checked, bool bRestoring)
+{
+    const auto uWidth = static_cast<size_t>(m_width);
+    std::vector<CellSection> vecSurface;
+    vecSurface.reserve(checked.vecSurface.size());
+    for (const CheckedSection& section : checked.vecSurface)
+        vecSurface.push_back({static_cast<int>(section.uCell % uWidth), static_cast<int>(section.uCell / uWidth), section.spanRaw});
+    std::vector<ClutterCell> vecClutter;
+    vecClutter.reserve(checked.vecClutter.size());
+    for (const CheckedSection& section : checked.vecClutter)
+        vecClutter.push_back({static_cast<int>(section.uCell % uWidth), static_cast<int>(section.uCell / uWidth), section.spanRaw});
+    static_cast<void>(QM_ASSERT(m_services.surface.readCells(vecSurface)));
+    static_cast<void>(QM_ASSERT(m_services.clutter.readCells(vecClutter, checked.image.header().version)));
+    if (!bRestoring)
+        return;
+    // A state is an image of our own writing, so what it holds is what writing would give again.
+    for (const CheckedSection& section : checked.vecSurface)
+        adoptSections(checked, section,
+                      m_services.surface.cellRevision(static_cast<int>(section.uCell % uWidth), static_cast<int>(section.uCell / uWidth)));
+    for (const CheckedSection& section : checked.vecClutter)
+        adoptSections(checked, section,
+                      m_services.clutter.cellRevision(static_cast<int>(section.uCell % uWidth), static_cast<int>(section.uCell / uWidth)));
+    m_surfaceRevision = m_services.surface.revision();
+    m_clutterRevision = m_services.clutter.revision();
+}
+
+void Tile::adoptSections(const CheckedImage& checked, const CheckedSection& section, uint64_t uRevision)
+{
+    const tile::CellHeader header = checked.image.cellHeader(section.uCell);
+    for (uint32_t i = 0; i < section.pGroup->uElements; ++i)
+    {
+        const tile::Section described = tile::section(header, *section.pGroup, i);
+        if (const auto spanBytes = checked.image.sectionBytes(described))
+            CellCache::adopt(m_cellCache.section(section.uCell, CellCache::slot(*section.pGroup, i), Lz4Quality::Fast),
+                             uRevision, described, *spanBytes);
+    }
+}
+
+void Tile::takeObjects(const CheckedImage& checked, bool bRestoring, bool bClearSelection, bool bKeepIds)
+{
+    for (CellObjectProviderI* pProvider : m_providers)
+        if (pProvider)
+            pProvider->beginRead(bRestoring, bClearSelection, bKeepIds);
+    // Undo images leave voxel terrain out, so what is there stays.
+    const size_t uVoxelTerrain = CellCache::slot(tile::sectionGroup(tile::SectionGroup::VoxelTerrain), 0);
+    std::erase_if(m_mapCarried, [&](const auto& carried) {
+        return !bRestoring || carried.first % CellCache::s_uSlots != uVoxelTerrain;
+    });
+    const uint32_t uVersion = checked.image.header().version;
+    for (const CheckedSection& section : checked.vecObjects)
+    {
+        if (CellObjectProviderI* pProvider = m_providers[static_cast<size_t>(section.pGroup->eGroup)])
+            pProvider->readRecords(section.spanRaw, section.section.uCount, objectCell(section.uCell), uVersion);
+        else if (uVersion == tile::VersionCurrent)
+            m_mapCarried[section.uCell * CellCache::s_uSlots + CellCache::slot(*section.pGroup, section.uElement)] = {
+                section.section, {section.spanCompressed.begin(), section.spanCompressed.end()}};
+    }
+    for (CellObjectProviderI* pProvider : m_providers)
+        if (pProvider)
+            pProvider->endRead();
+}
+
+} // namespace tilebuilder
