@@ -73,7 +73,7 @@ void scaleElement(ElementPtr pElement, bool bFont, float fScale)
         if (sType == "ResourceSkin")
             scaleAttribute(pElement, "size", fScale);
     }
-    else if (sName == "Property")
+    else if (sName == "Property" || sName == "UserString")
     {
         if (bFont)
             scaleFontProperty(pElement, fScale);
@@ -99,6 +99,7 @@ std::string scaleGuiXml(const std::string& sXml, float fScale)
         return sXml;
     }
     scaleElement(document.getRoot(), false, fScale);
+    document.createDeclaration(); // without one nothing is written
     std::ostringstream out;
     document.save(out);
     return out.str();

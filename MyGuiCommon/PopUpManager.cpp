@@ -20,6 +20,7 @@ constexpr int s_iTitleHeight = 24;
 constexpr int s_iButtonWidth = 96;
 constexpr int s_iButtonHeight = 28;
 constexpr int s_iProgressSteps = 1000;
+constexpr float s_fBackdropAlpha = 0.6f;
 
 /// A name of the language table becomes a tag.
 std::string shownTitle(std::string_view sTitle)
@@ -91,14 +92,17 @@ struct PopUpManager::Face
 PopUpManager::Face::Face(Box& boxIn) : box(boxIn)
 {
     const MyGUI::IntSize& view = MyGUI::RenderManager::getInstance().getViewSize();
-    pBackdrop = MyGUI::Gui::getInstance().createWidgetT("Widget", "QM_Backdrop",
+    pBackdrop = MyGUI::Gui::getInstance().createWidgetT("Widget", "WhiteSkin",
                                                         MyGUI::IntCoord(0, 0, view.width, view.height),
                                                         MyGUI::Align::Stretch, "Message");
+    pBackdrop->setColour(MyGUI::Colour::Black);
+    pBackdrop->setAlpha(s_fBackdropAlpha);
     pPanel = pBackdrop->createWidgetT("Widget", "QM_Window", MyGUI::IntCoord(0, 0, px(s_iWidth), 100),
                                       MyGUI::Align::Default);
+    pPanel->setInheritsAlpha(false);
     const int iInner = px(s_iWidth - 2 * s_iPadding);
     auto* pTitle = pPanel->createWidget<MyGUI::TextBox>(
-        "QM_Title", MyGUI::IntCoord(px(s_iPadding), px(s_iPadding - 4), iInner, px(s_iTitleHeight)),
+        "QM_TitleText", MyGUI::IntCoord(px(s_iPadding), px(s_iPadding - 4), iInner, px(s_iTitleHeight)),
         MyGUI::Align::Default);
     pTitle->setCaptionWithReplacing(shownTitle(box.sTitle));
     int iTop = addBody(px(s_iPadding + s_iTitleHeight + 4), iInner);

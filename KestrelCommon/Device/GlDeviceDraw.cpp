@@ -94,6 +94,13 @@ void GlDevice::setUniformBuffer(uint32_t uSlot, BufferHandle buffer)
         glBindBufferBase(GL_UNIFORM_BUFFER, uSlot, it->second.uName);
 }
 
+void GlDevice::setStorageBuffer(uint32_t uSlot, BufferHandle buffer)
+{
+    const auto it = m_mapBuffers.find(buffer.uId);
+    if (it != m_mapBuffers.end() && m_bStorageBuffers)
+        glBindBufferBase(GL_SHADER_STORAGE_BUFFER, uSlot, it->second.uName);
+}
+
 void GlDevice::setVertexBuffer(uint32_t uSlot, BufferHandle buffer, size_t uOffset)
 {
     if (uSlot < m_arrVertexBuffers.size())

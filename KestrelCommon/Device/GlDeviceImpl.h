@@ -53,6 +53,7 @@ public:
     GlDevice& operator=(const GlDevice&) = delete;
 
     [[nodiscard]] bool isSoftware() const override { return m_bSoftware; }
+    [[nodiscard]] bool hasStorageBuffers() const override { return m_bStorageBuffers; }
 
     BufferHandle createBuffer(const BufferDesc& desc, std::span<const std::byte> spanInitial) override;
     bool updateBuffer(BufferHandle buffer, size_t uOffset, std::span<const std::byte> spanData) override;
@@ -75,6 +76,7 @@ public:
     void setPipeline(PipelineHandle pipeline) override;
     void setTexture(uint32_t uSlot, TextureHandle texture, SamplerMode eSampler) override;
     void setUniformBuffer(uint32_t uSlot, BufferHandle buffer) override;
+    void setStorageBuffer(uint32_t uSlot, BufferHandle buffer) override;
     void setVertexBuffer(uint32_t uSlot, BufferHandle buffer, size_t uOffset) override;
     void setIndexBuffer(BufferHandle buffer, IndexWidth eWidth) override;
     void setScissor(int iX, int iY, int iWidth, int iHeight) override;
@@ -115,6 +117,7 @@ private:
     std::string m_sDriver; ///< vendor, renderer and version: a part of program keys
     bool m_bSoftware = false;
     bool m_bClipControl = false;
+    bool m_bStorageBuffers = false;
     float m_fMaxAnisotropy = 1.0f;
     int m_iWidth = 0;
     int m_iHeight = 0;

@@ -27,6 +27,9 @@ public:
     /// True when a CPU does the drawing, so that costly passes are worth leaving out.
     [[nodiscard]] virtual bool isSoftware() const = 0;
 
+    /// True when vertex shaders can read whole buffers, see setStorageBuffer().
+    [[nodiscard]] virtual bool hasStorageBuffers() const { return false; }
+
     // Resources
 
     /// Initial data may be empty; else it must have the buffer's size.
@@ -64,6 +67,8 @@ public:
     virtual void setPipeline(PipelineHandle pipeline) = 0;
     virtual void setTexture(uint32_t uSlot, TextureHandle texture, SamplerMode eSampler) = 0;
     virtual void setUniformBuffer(uint32_t uSlot, BufferHandle buffer) = 0;
+    /// A buffer of any kind as "layout(std430, binding = slot) readonly buffer".
+    virtual void setStorageBuffer(uint32_t /*uSlot*/, BufferHandle /*buffer*/) {}
     virtual void setVertexBuffer(uint32_t uSlot, BufferHandle buffer, size_t uOffset = 0) = 0;
     virtual void setIndexBuffer(BufferHandle buffer, IndexWidth eWidth) = 0;
     /// Pixels, top left origin.

@@ -15,10 +15,14 @@ namespace
 uint32_t flagsOf(const Json::Value& entry)
 {
     uint32_t uFlags = 0;
-    uFlags |= jsonBool(entry, "groundNormal", false) ? GrassInfo::GroundNormal : 0;
-    uFlags |= jsonBool(entry, "wind", false) ? GrassInfo::Wind : 0;
-    uFlags |= jsonText(entry, "slope") == "skew" ? GrassInfo::Slope : 0;
-    uFlags |= jsonText(entry, "rotate") == "rotate" ? GrassInfo::Rotate : 0;
+    if (jsonBool(entry, "groundNormal", false))
+        uFlags |= GrassInfo::GroundNormal;
+    if (jsonBool(entry, "wind", false))
+        uFlags |= GrassInfo::Wind;
+    if (jsonText(entry, "slope") == "skew")
+        uFlags |= GrassInfo::Slope;
+    if (jsonText(entry, "rotate") == "rotate")
+        uFlags |= GrassInfo::Rotate;
     return uFlags;
 }
 

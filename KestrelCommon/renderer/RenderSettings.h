@@ -1,4 +1,4 @@
-#pragma once // Light and air of a scene.
+#pragma once // Light and air of a scene, and where it is seen from.
 
 #include <glm/mat4x4.hpp>
 #include <glm/vec2.hpp>
@@ -13,15 +13,15 @@ namespace rend
 /// Defaults: late morning with the sun from +X, +Y. Colours are linear and may pass 1.
 struct RenderSettings
 {
-    glm::vec3 sunDirection{0.55f, 0.42f, 0.56f}; ///< towards the sun; any length but 0
-    glm::vec3 sunColour{2.35f, 2.08f, 1.68f};
-    glm::vec3 skyZenith{0.20f, 0.38f, 0.72f};
-    glm::vec3 skyHorizon{0.66f, 0.76f, 0.86f};
-    glm::vec3 skyNadir{0.34f, 0.37f, 0.40f}; ///< below the horizon
+    glm::vec3 sunDirection{0.55f, 0.42f, 0.52f}; ///< towards the sun; any length but 0
+    glm::vec3 sunColour{2.75f, 2.35f, 1.82f};
+    glm::vec3 skyZenith{0.10f, 0.30f, 0.86f};
+    glm::vec3 skyHorizon{0.60f, 0.80f, 1.06f};
+    glm::vec3 skyNadir{0.22f, 0.30f, 0.40f}; ///< below the horizon
     float fogDensity = 0.0016f;              ///< half of a colour is left after 1 / density metres
     float fogStart = 60.0f;                  ///< metres of clear air
     float fogMost = 0.92f;
-    float exposure = 0.92f;
+    float exposure = 0.9f;
 };
 
 /// Where the eye is and what of the scene it sees.

@@ -17,6 +17,7 @@ namespace
 constexpr uint32_t s_uSurfaceSlot = 0;
 constexpr uint32_t s_uFrameSlot = 1;
 constexpr uint32_t s_uDrawSlot = 2;
+constexpr uint32_t s_uHeightSlot = 0; ///< storage: the ground's own vertices
 
 struct FrameData
 {
@@ -92,6 +93,8 @@ bool Renderer::init()
     {
         if (m_device.isSoftware())
             desc.vecDefines.emplace_back("SOFTWARE 1");
+        if (m_device.hasStorageBuffers())
+            desc.vecDefines.emplace_back("HEIGHTS 1");
         if (resource::loadShaderSource(m_resources.resolver(), sShader, desc))
             pipelineOut = m_device.createPipeline(desc);
         bAll = bAll && pipelineOut;
@@ -193,10 +196,12 @@ void Renderer::drawGround()
     m_device.setPipeline(m_groundPipeline);
     m_device.setTexture(0, ground.diffuseArray, SamplerMode::AnisotropicWrap);
     m_device.setTexture(1, ground.asgArray, SamplerMode::AnisotropicWrap);
-    m_device.setTexture(2, ground.normalArray, SamplerMode::AnisotropicWrap);
+    m_device.setTexture(2, ground.normalArray,
+                        m_device.isSoftware() ? SamplerMode::LinearWrap : SamplerMode::AnisotropicWrap);
     m_device.setTexture(3, ground.texture0, SamplerMode::LinearClamp);
     m_device.setTexture(4, ground.texture1, SamplerMode::LinearClamp);
     m_device.setUniformBuffer(s_uSurfaceSlot, ground.surfaceInfo);
+    m_device.setStorageBuffer(s_uHeightSlot, ground.vertexBuffer);
     m_device.setVertexBuffer(0, ground.vertexBuffer);
     m_device.setIndexBuffer(ground.indexBuffer, ground.indexWidth);
     m_device.drawIndexed(ground.indexCount, 0);

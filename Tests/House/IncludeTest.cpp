@@ -100,8 +100,10 @@ TEST(House, librariesStayInTheirRooms)
         for (const Include& include : includesOf(sRoom))
             for (const auto& [sStart, vecRooms] : mapFences)
                 if (include.sTarget.starts_with(sStart))
+                {
                     EXPECT_TRUE(std::find(vecRooms.begin(), vecRooms.end(), sRoom) != vecRooms.end())
                         << sRoom << "/" << include.sFile << " includes " << include.sTarget;
+                }
 }
 
 } // namespace

@@ -9,6 +9,7 @@
 #include "TileEditorCommon/Clutter/EditorTerrainClutter.h"
 #include "TileEditorCommon/Contracts/ChangeMask.h"
 #include "TileEditorCommon/Document/Tile.h"
+#include "TileEditorCommon/Editor/GroundView.h"
 #include "TileEditorCommon/Ground/Brush.h"
 #include "TileEditorCommon/Ground/CollisionWorld.h"
 #include "TileEditorCommon/Ground/EditorTerrainSurface.h"
@@ -29,12 +30,16 @@ TileEditor::TileEditor(const EditorServices& services, bool bInfoBox, uint64_t u
     QM_ASSERT(_Instance == nullptr);
     _Instance = this;
     seedRandom(static_cast<uint64_t>(std::chrono::system_clock::now().time_since_epoch().count()));
-    if (m_services.pDevice)
-        m_pIconGenerator = std::make_unique<IconGenerator>(*m_services.pRenderer, *m_services.pResources);
+    if (m_services.pRenderer)
+        m_pIconGenerator = std::make_unique<IconGenerator>(*m_services.pRenderer);
     m_toolState.pBrush = brush(0);
+    m_pClutterDatabase = std::make_unique<tile::ClutterDatabase>();
+    m_pClutterDatabase->loadGameDatabases();
     m_pCollision = std::make_unique<CollisionWorld>();
-    m_pSurface = std::make_unique<EditorTerrainSurface>(*this, m_pCollision.get());
-    m_pClutter = std::make_unique<EditorTerrainClutter>(*this, *m_pSurface);
+    m_pSurface = std::make_unique<EditorTerrainSurface>(*this, &m_pCollision->world());
+    if (m_services.pRenderer)
+        m_pGroundView = std::make_unique<GroundView>(*m_services.pRenderer, *m_services.pResources);
+    m_pClutter = std::make_unique<EditorTerrainClutter>(*this, *m_pSurface, *m_pClutterDatabase);
     m_toolState.tool = ToolPlace;
     newTile(1);
 }

@@ -27,6 +27,10 @@ namespace resource
 {
 class ResourceManager;
 }
+namespace tile
+{
+class ClutterDatabase;
+}
 
 namespace tilebuilder
 {
@@ -34,7 +38,7 @@ namespace tilebuilder
 class CollisionWorld;
 class EditorTerrainClutter;
 class EditorTerrainSurface;
-class GroundUploader;
+class GroundView;
 class IconGenerator;
 class Tile;
 enum class SaveResult : uint8_t;
@@ -147,10 +151,10 @@ private:
 
     void paintStep(float dt);
     void paint(const glm::vec3& hit, float fStep);
-    void drawBrushOutline(const glm::vec3& hit);
 
     // Documents
 
+    [[nodiscard]] std::unique_ptr<Tile> makeTile();
     void onDocumentOpened(int32_t iWidth, int32_t iHeight, uint32_t uType);
     void frameDocument(int32_t iWidth, int32_t iHeight);
 
@@ -168,7 +172,8 @@ private:
     EditorToolState m_toolState;
     std::unique_ptr<CollisionWorld> m_pCollision;
     std::unique_ptr<EditorTerrainSurface> m_pSurface;
-    std::unique_ptr<GroundUploader> m_pUploader; ///< null without a device
+    std::unique_ptr<GroundView> m_pGroundView; ///< null without a device
+    std::unique_ptr<tile::ClutterDatabase> m_pClutterDatabase;
     std::unique_ptr<EditorTerrainClutter> m_pClutter;
     std::unique_ptr<IconGenerator> m_pIconGenerator; ///< null without a device
     std::unique_ptr<Tile> m_pTile;

@@ -9,9 +9,9 @@
 #include "KestrelCommon/renderer/Renderer.h"
 #include "TileEditorCommon/Clutter/EditorTerrainClutter.h"
 #include "TileEditorCommon/Document/Tile.h"
+#include "TileEditorCommon/Editor/GroundView.h"
 #include "TileEditorCommon/Editor/TileEditor.h"
 #include "TileEditorCommon/Ground/EditorTerrainSurface.h"
-#include "TileEditorCommon/Ground/GroundUploader.h"
 
 #include <cmath>
 
@@ -43,6 +43,11 @@ void TileEditor::whenSafe(std::function<void()> fnAction)
         m_pInterface->askYesNo(s_pUnsavedTitle, s_pUnsavedText, std::move(fnAction));
     else
         fnAction();
+}
+
+std::unique_ptr<Tile> TileEditor::makeTile()
+{
+    return std::make_unique<Tile>(TileServices{*this, *m_pSurface, *m_pClutter});
 }
 
 void TileEditor::requestNewTile(int32_t iSize)
@@ -117,8 +122,8 @@ void TileEditor::closeDocument()
 {
     if (m_bGroundOpen)
     {
-        if (m_pUploader)
-            m_pUploader->release(m_services.pRenderer->terrainSurface());
+        if (m_pGroundView)
+            m_pGroundView->release();
         m_pSurface->release();
         m_pClutter->release();
         m_bGroundOpen = false;

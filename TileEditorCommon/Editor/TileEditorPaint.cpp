@@ -1,10 +1,10 @@
 // Strokes of the painting tools.
 
+#include "KestrelCommon/Platform/VirtualKeys.h"
 #include "KestrelCommon/Services/InputManager.h"
 #include "KestrelCommon/renderer/Camera.h"
-#include "KestrelCommon/renderer/DebugDrawer.h"
-#include "KestrelCommon/renderer/Renderer.h"
 #include "TileEditorCommon/Contracts/BrushDab.h"
+#include "TileEditorCommon/Editor/GroundView.h"
 #include "TileEditorCommon/Editor/TileEditor.h"
 #include "TileEditorCommon/Ground/EditorTerrainSurface.h"
 
@@ -15,8 +15,8 @@ void TileEditor::paintStep(float dt)
 {
     const auto hit = groundUnderCursor();
     const bool bOverWidget = m_pInterface && m_pInterface->isMouseOverWidget();
-    if (hit && (m_bStrokeActive || !bOverWidget))
-        drawBrushOutline(*hit);
+    if (hit && m_pGroundView && (m_bStrokeActive || !bOverWidget))
+        m_pGroundView->drawBrush(*m_pSurface, *hit, static_cast<float>(m_toolState.size) * 0.5f);
     if (m_services.pInput->buttonState[0] != InputHeld)
     {
         m_bStrokeActive = false;

@@ -7,9 +7,9 @@
 #include "KestrelCommon/renderer/Renderer.h"
 #include "TileEditorCommon/Clutter/EditorTerrainClutter.h"
 #include "TileEditorCommon/Document/Tile.h"
+#include "TileEditorCommon/Editor/GroundView.h"
 #include "TileEditorCommon/Editor/TileEditor.h"
 #include "TileEditorCommon/Ground/EditorTerrainSurface.h"
-#include "TileEditorCommon/Ground/GroundUploader.h"
 
 namespace tilebuilder
 {
@@ -20,8 +20,12 @@ void TileEditor::update(float dt)
     {
         updateHistory();
         updateTools(dt);
-        if (m_bGroundOpen && m_pSurface->rebuild() && m_pUploader)
-            m_pUploader->upload(*m_pSurface, m_services.pRenderer->terrainSurface());
+        if (m_bGroundOpen && m_pSurface->isDirty())
+        {
+            m_pSurface->rebuild();
+            if (m_pGroundView)
+                m_pGroundView->update(*m_pSurface);
+        }
         if (!m_services.pInput->buttonDown[0] && !m_services.pInput->buttonDown[2])
             endPress();
     }

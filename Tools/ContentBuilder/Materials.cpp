@@ -31,8 +31,8 @@ void paintGrass(Canvas& canvas)
                          .fLongest = 21.0f,
                          .fHalfWidth = 1.35f,
                          .fHeight = 4.5f,
-                         .arrRoots = {rgb(50, 66, 28), rgb(60, 76, 34), rgb(58, 72, 40)},
-                         .arrTips = {rgb(98, 122, 52), rgb(120, 138, 66), rgb(92, 118, 62)},
+                         .arrRoots = {rgb(60, 72, 36), rgb(70, 80, 42), rgb(68, 78, 48)},
+                         .arrTips = {rgb(104, 121, 62), rgb(126, 137, 76), rgb(100, 118, 70)},
                          .fClumps = 1.0f});
 }
 
@@ -52,7 +52,7 @@ void paintDryGrass(Canvas& canvas)
                          .fHeight = 3.0f,
                          .arrRoots = {rgb(116, 98, 56), rgb(128, 108, 64), rgb(98, 98, 54)},
                          .arrTips = {rgb(178, 158, 98), rgb(190, 170, 114), rgb(140, 142, 78)},
-                         .fClumps = 1.8f});
+                         .fClumps = 1.35f});
 }
 
 void paintDirt(Canvas& canvas)
@@ -66,8 +66,8 @@ void paintDirt(Canvas& canvas)
             const CellNoise crack = cells(fWarpU, fWarpV, 7, 7, 35);
             const float fCrack = (1.0f - smoothStep(0.0f, 0.09f, crack.fEdge)) *
                                  smoothStep(-0.25f, 0.25f, fractal(u, v, 3, 2, 36));
-            texel.fHeight += crack.fValue * 0.35f - fCrack * 1.1f;
-            texel.colour = mix(texel.colour, rgb(58, 44, 32), fCrack * 0.6f);
+            texel.fHeight += crack.fValue * 0.35f - fCrack * 0.7f;
+            texel.colour = mix(texel.colour, rgb(62, 48, 36), fCrack * 0.38f);
             return texel;
         });
     paintPebbles(canvas, {.uSeed = 37,
@@ -88,9 +88,9 @@ void paintForestFloor(Canvas& canvas)
         [](float u, float v)
         {
             Texel texel = earth(u, v, rgb(50, 40, 28), rgb(84, 68, 48), 41);
-            const float fMoss = smoothStep(0.02f, 0.3f, fractal(u, v, 3, 4, 42));
+            const float fMoss = smoothStep(0.0f, 0.45f, fractal(u, v, 6, 4, 42));
             const float fTuft = 0.5f + gradientNoise(u * 90.0f, v * 90.0f, 90, 43);
-            texel.colour = mix(texel.colour, mix(rgb(58, 68, 30), rgb(98, 108, 50), fTuft), fMoss * 0.85f);
+            texel.colour = mix(texel.colour, mix(rgb(62, 66, 36), rgb(94, 98, 54), fTuft), fMoss * 0.7f);
             texel.fHeight += fMoss * (0.7f + fTuft * 0.6f);
             return texel;
         });
@@ -156,7 +156,7 @@ void paintRock(Canvas& canvas)
             // Slabs that lie askew, split by joints, chipped at the edges.
             const CellNoise slab = cells(fWarpU, fWarpV, 3, 6, 73);
             const CellNoise chip = cells(fWarpU + 0.01f * fractal(u, v, 12, 2, 79), fWarpV, 9, 14, 74);
-            const float fJoint = 1.0f - smoothStep(0.0f, 0.1f, slab.fEdge);
+            const float fJoint = 1.0f - smoothStep(0.0f, 0.06f, slab.fEdge);
             const float fCrack =
                 (1.0f - smoothStep(0.0f, 0.07f, chip.fEdge)) *
                 smoothStep(0.3f, 0.75f,
@@ -165,13 +165,13 @@ void paintRock(Canvas& canvas)
             const float fCrest = ridges(u, v, 5, 4, 77);
             Texel texel;
             texel.fHeight = slab.fValue * 4.5f + chip.fValue * 1.5f + fRough * 1.3f + fCrest * 1.5f -
-                            fJoint * 4.0f - fCrack * 1.5f;
+                            fJoint * 2.4f - fCrack * 1.1f;
             const float fTone =
                 clamp01(0.42f + (slab.fValue - 0.5f) * 0.4f + (chip.fValue - 0.5f) * 0.22f + fRough * 0.35f);
             texel.colour = mix(rgb(86, 82, 78), rgb(152, 146, 136), fTone);
             texel.colour = mix(texel.colour, rgb(140, 118, 92),
                                0.35f * smoothStep(0.05f, 0.4f, fractal(u, v, 4, 3, 78)));
-            texel.colour = mix(texel.colour, rgb(50, 47, 44), std::max(fJoint * 0.65f, fCrack * 0.5f));
+            texel.colour = mix(texel.colour, rgb(50, 47, 44), std::max(fJoint * 0.42f, fCrack * 0.34f));
             const float fLichen = smoothStep(0.3f, 0.42f, fractal(u, v, 9, 3, 80)) *
                                   smoothStep(0.0f, 0.3f, fractal(u, v, 3, 2, 81));
             texel.colour = mix(texel.colour, rgb(148, 150, 112), fLichen * 0.55f * (1.0f - fJoint));
@@ -198,24 +198,24 @@ void paintSnow(Canvas& canvas)
         });
 }
 
-/// Short turf worn through to the earth here and there: what an untouched tile shows.
+/// Short turf with earth and stones between: what an untouched tile shows.
 void paintTurf(Canvas& canvas)
 {
-    canvas.fill([](float u, float v) { return earth(u, v, rgb(76, 68, 44), rgb(112, 100, 66), 101); });
+    canvas.fill([](float u, float v) { return earth(u, v, rgb(84, 78, 50), rgb(116, 108, 70), 101); });
     paintPebbles(canvas, {.uSeed = 102,
-                          .iCount = 120,
+                          .iCount = 140,
                           .fSmallest = 1.6f,
-                          .fLargest = 4.0f,
-                          .arrTones = {rgb(134, 126, 108), rgb(116, 108, 92), rgb(146, 138, 120)}});
+                          .fLargest = 4.2f,
+                          .arrTones = {rgb(140, 132, 114), rgb(120, 112, 96), rgb(152, 144, 126)}});
     paintBlades(canvas, {.uSeed = 103,
-                         .iCount = 13000,
-                         .fShortest = 5.0f,
-                         .fLongest = 12.0f,
-                         .fHalfWidth = 1.1f,
-                         .fHeight = 2.0f,
-                         .arrRoots = {rgb(70, 80, 40), rgb(82, 86, 44), rgb(90, 86, 48)},
-                         .arrTips = {rgb(118, 130, 68), rgb(134, 140, 78), rgb(146, 140, 84)},
-                         .fClumps = 1.35f});
+                         .iCount = 17000,
+                         .fShortest = 6.0f,
+                         .fLongest = 13.0f,
+                         .fHalfWidth = 1.15f,
+                         .fHeight = 2.2f,
+                         .arrRoots = {rgb(78, 92, 44), rgb(90, 98, 50), rgb(96, 98, 54)},
+                         .arrTips = {rgb(120, 138, 70), rgb(138, 148, 80), rgb(146, 148, 88)},
+                         .fClumps = 0.95f});
 }
 
 constexpr std::array<Material, 9> s_arrMaterials = {{
@@ -225,7 +225,7 @@ constexpr std::array<Material, 9> s_arrMaterials = {{
     {"gnd_forest_floor", paintForestFloor, 0.55f, 0.85f},
     {"gnd_gravel_river", paintGravel, 0.5f, 0.9f},
     {"gnd_sand_dune", paintSand, 0.75f, 0.45f},
-    {"gnd_rock_cliff", paintRock, 0.5f, 0.8f},
+    {"gnd_rock_cliff", paintRock, 0.55f, 0.6f},
     {"gnd_snow_fresh", paintSnow, 0.6f, 0.3f},
     {"gnd_turf_worn", paintTurf, 0.45f, 0.75f},
 }};

@@ -28,7 +28,7 @@ void paintBlades(Canvas& canvas, const BladeSettings& settings)
         const float fLayer = static_cast<float>(i) / static_cast<float>(settings.iCount);
         const float fX = dice.roll(0.0f, s_fSide);
         const float fY = dice.roll(0.0f, s_fSide);
-        const float fClump = 0.5f + fractal(fX / s_fSide, fY / s_fSide, 4, 3, settings.uSeed + 500);
+        const float fClump = 0.5f + fractal(fX / s_fSide, fY / s_fSide, 7, 3, settings.uSeed + 500);
         const float fChance = dice.roll();
         const float fTurn =
             fractal(fX / s_fSide, fY / s_fSide, 3, 2, settings.uSeed + 600) * 7.0f + dice.roll(-1.3f, 1.3f);
@@ -107,7 +107,7 @@ void paintPebbles(Canvas& canvas, const PebbleSettings& settings)
 
 void paintLeaves(Canvas& canvas, uint32_t uSeed, int iCount)
 {
-    constexpr std::array<Colour, 3> s_arrWarm = {rgb(136, 90, 48), rgb(112, 78, 46), rgb(152, 112, 58)};
+    constexpr std::array<Colour, 3> s_arrWarm = {rgb(124, 92, 60), rgb(108, 82, 56), rgb(140, 112, 70)};
     constexpr std::array<Colour, 3> s_arrCool = {rgb(104, 88, 52), rgb(92, 84, 48), rgb(88, 64, 42)};
     Dice dice(uSeed);
     for (int i = 0; i < iCount; ++i)

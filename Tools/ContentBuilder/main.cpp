@@ -168,16 +168,15 @@ bool runProgram(std::vector<std::string> vecTexts)
            WEXITSTATUS(iStatus) == 0;
 }
 
-/// Icons are drawn as SVG and used as PNG of the same name beside it.
+/// Icons and skins are drawn as SVG and used as PNG of the same name beside it, at the size that the
+/// drawing gives.
 bool makeIcon(const fs::path& svg, const Options& options, OutputFolder& output)
 {
-    constexpr const char* s_pSide = "48";
     const std::string sFile = fs::relative(svg, options.source).replace_extension(".png").generic_string();
-    const uint64_t uInputs = hashBytes(readFile(svg), hashBytes(s_pSide));
+    const uint64_t uInputs = hashBytes(readFile(svg), hashBytes("drawn size"));
     if (output.isCurrent({sFile}, uInputs))
         return true;
-    if (!runProgram({"rsvg-convert", "-w", s_pSide, "-h", s_pSide, "--keep-aspect-ratio", "-o",
-                     output.prepare(sFile).string(), svg.string()}))
+    if (!runProgram({"rsvg-convert", "-o", output.prepare(sFile).string(), svg.string()}))
     {
         std::fprintf(stderr, "rsvg-convert failed on %s\n", svg.c_str());
         return false;

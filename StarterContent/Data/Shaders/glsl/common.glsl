@@ -21,7 +21,7 @@ vec3 skyLight(vec3 direction)
 {
     float up = max(direction.z, 0.0);
     float down = max(-direction.z, 0.0);
-    vec3 colour = mix(skyHorizon.rgb, skyZenith.rgb, 1.0 - exp2(-up * 4.5));
+    vec3 colour = mix(skyHorizon.rgb, skyZenith.rgb, 1.0 - exp2(-up * 5.5));
     colour = mix(colour, skyNadir.rgb, 1.0 - exp2(-down * 5.0));
     float toSun = max(dot(direction, sunDirection.xyz), 0.0);
     float glow = toSun * toSun;
@@ -48,10 +48,11 @@ vec3 throughAir(vec3 colour, vec3 point)
     return mix(skyLight(vec3(way.xy, way.z * 0.35) / max(distanceTo, 0.001)), colour, max(clear, 1.0 - fog.z));
 }
 
-// Gentle shoulder, no hue shift to speak of; then display values.
+// A filmic curve with a soft toe and a long shoulder, applied to each channel; then display values.
 vec3 toDisplay(vec3 colour)
 {
-    colour *= sunColour.w;
-    colour = colour * (1.0 + colour * 0.16) / (1.0 + colour * 0.62);
+    colour *= sunColour.w * 0.62;
+    colour = mix(vec3(dot(colour, vec3(0.2126, 0.7152, 0.0722))), colour, 0.92); // the curve adds it again
+    colour = colour * (2.51 * colour + 0.03) / (colour * (2.43 * colour + 0.59) + 0.14);
     return sqrt(clamp(colour, 0.0, 1.0));
 }

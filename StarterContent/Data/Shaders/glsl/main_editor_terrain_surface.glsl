@@ -7,6 +7,7 @@
 //   normal   R, G: slope along +X and +Y around 0.5; the third part follows from them
 // The ninth material has no weight of its own: it shows where the eight leave room.
 // With SOFTWARE defined a CPU draws: at most three materials a pixel and one normal map.
+// With HEIGHTS defined the vertices can be read as a whole: hills cast shadows and hollows are dim.
 #include "common.glsl"
 
 layout(std140, binding = 0) uniform SurfaceInfo // "CB_SURFACE_INFO"
@@ -25,6 +26,55 @@ out vec3 worldPosition;
 out vec3 worldNormal;
 out vec3 tint;
 out float macroTone;
+out vec2 openness; // part of the sun, part of the sky that is seen
+
+#ifdef HEIGHTS
+layout(std430, binding = 0) readonly buffer Vertices
+{
+    float words[]; // five a vertex, the fourth is the height
+};
+
+float heightAt(vec2 place)
+{
+    float last = float(verticesPerRow - 1u);
+    float rows = float(words.length() / 5) / float(verticesPerRow) - 1.0;
+    vec2 grid = clamp(place * 0.5, vec2(0.0), vec2(last, rows));
+    vec2 low = floor(min(grid, vec2(last, rows) - 0.001));
+    vec2 part = grid - low;
+    int first = int(low.y) * int(verticesPerRow) + int(low.x);
+    int above = first + int(verticesPerRow);
+    return mix(mix(words[first * 5 + 3], words[first * 5 + 8], part.x),
+               mix(words[above * 5 + 3], words[above * 5 + 8], part.x), part.y);
+}
+
+// Walks towards the sun and, a short way, to all sides.
+vec2 opennessAt(vec3 position)
+{
+    float reach = length(sunDirection.xy);
+    vec2 toSun = sunDirection.xy / max(reach, 0.001);
+    float climb = sunDirection.z / max(reach, 0.001);
+    float above = -1.0;
+    float way = 3.0;
+    for (int i = 0; i < 14; ++i)
+    {
+        float over = heightAt(position.xy + toSun * way) - position.z - climb * way;
+        above = max(above, over / (0.6 + way * 0.07));
+        way *= 1.28;
+    }
+    float sun = 1.0 - smoothstep(-0.35, 0.55, above);
+
+    float hidden = 0.0;
+    for (int i = 0; i < 6; ++i)
+    {
+        vec2 side = vec2(cos(float(i) * 1.0472 + 0.4), sin(float(i) * 1.0472 + 0.4));
+        float near = (heightAt(position.xy + side * 3.5) - position.z) / 3.5;
+        float far = (heightAt(position.xy + side * 11.0) - position.z) / 11.0;
+        float rise = max(max(near * 0.8, far), 0.0);
+        hidden += rise * inversesqrt(1.0 + rise * rise);
+    }
+    return vec2(sun, 1.0 - 0.95 * hidden / 6.0);
+}
+#endif
 
 float hash(vec2 cell)
 {
@@ -56,6 +106,13 @@ void main()
     vec3 stored = inColour.abg * 1.333;
     tint = stored * stored;
     macroTone = noise(position.xy * 0.021) * 0.6 + noise(position.xy * 0.083 + 5.2) * 0.4;
+    openness = vec2(1.0);
+#ifdef HEIGHTS
+#ifdef SOFTWARE
+    if (verticesPerRow <= 257u) // on larger tiles the walks would cost more than the rest
+#endif
+        openness = opennessAt(position);
+#endif
 #endif
 }
 #endif
@@ -72,6 +129,7 @@ in vec3 worldPosition;
 in vec3 worldNormal;
 in vec3 tint;
 in float macroTone;
+in vec2 openness;
 layout(location = 0) out vec4 result;
 
 const float repeatMetres = 3.5;
@@ -114,6 +172,10 @@ Ground groundAt(vec2 place)
 {
     float weights[9];
     materialWeights(weights);
+    // A turned, larger scale takes over with distance.
+    vec2 wide = mat2(0.8, 0.6, -0.6, 0.8) * place * 0.29;
+    float wideShare = eye.w > 0.5 ? 1.0 : smoothstep(25.0, 60.0, length(worldPosition - eye.xyz));
+    vec2 chosen = wideShare > 0.5 ? wide : place;
     // The three strongest, in order.
     vec3 strongest = vec3(weights[8], -1.0, -1.0);
     ivec3 material = ivec3(8, 0, 0);
@@ -138,17 +200,19 @@ Ground groundAt(vec2 place)
     }
 
     vec4 first = texture(diffuseArray, vec3(place, material.x));
+    if (wideShare > 0.0)
+        first = mix(first, texture(diffuseArray, vec3(wide, material.x)), wideShare);
     vec3 sum = first.rgb;
     if (strongest.y > 0.02)
     {
-        vec4 second = texture(diffuseArray, vec3(place, material.y));
+        vec4 second = texture(diffuseArray, vec3(chosen, material.y));
         float firstHeight = strongest.x + first.a * 0.5;
         float secondHeight = strongest.y + second.a * 0.5;
         float thirdHeight = -1.0;
         vec3 third = vec3(0.0);
         if (strongest.z > 0.05)
         {
-            vec4 texel = texture(diffuseArray, vec3(place, material.z));
+            vec4 texel = texture(diffuseArray, vec3(chosen, material.z));
             third = texel.rgb;
             thirdHeight = strongest.z + texel.a * 0.5;
         }
@@ -159,7 +223,7 @@ Ground groundAt(vec2 place)
 
     Ground ground;
     ground.colour = sum * sum;
-    ground.slope = texture(normalArray, vec3(place, material.x)).rg * 2.0 - 1.0;
+    ground.slope = texture(normalArray, vec3(chosen, material.x)).rg * 2.0 - 1.0;
     ground.occlusion = 1.0;
     ground.gloss = 0.0;
     return ground;
@@ -221,18 +285,50 @@ Ground groundAt(vec2 place)
 
 #endif
 
+Ground mixed(Ground a, Ground b, float share)
+{
+    return Ground(mix(a.colour, b.colour, share), mix(a.slope, b.slope, share), mix(a.occlusion, b.occlusion, share),
+                  mix(a.gloss, b.gloss, share));
+}
+
 void main()
 {
-    Ground ground = groundAt(worldPosition.xy / repeatMetres);
     vec3 smoothNormal = normalize(worldNormal);
-    vec3 normal = normalize(vec3(smoothNormal.xy + ground.slope * smoothNormal.z, smoothNormal.z));
+    vec3 place = worldPosition / repeatMetres;
+    // Where the ground is steep the maps lie against its side instead of hanging down it.
+    vec2 lean = abs(smoothNormal.xy);
+    bool alongY = lean.x > lean.y;
+    vec2 sidePlace = alongY ? place.yz : place.xz;
+#ifdef SOFTWARE
+    bool flatEnough = smoothNormal.z + 0.06 * macroTone > 0.69;
+    Ground ground = groundAt(flatEnough ? place.xy : sidePlace);
+    vec3 sideSlope = vec3(alongY ? vec2(0.0, ground.slope.x) : vec2(ground.slope.x, 0.0), ground.slope.y);
+    vec3 normal = smoothNormal + (flatEnough ? vec3(ground.slope * smoothNormal.z, 0.0) : sideSlope);
+#else
+    float flatShare = smoothstep(0.60, 0.74, smoothNormal.z);
+    Ground ground = Ground(vec3(0.0), vec2(0.0), 1.0, 0.0);
+    vec3 normal = smoothNormal;
+    if (flatShare > 0.0)
+    {
+        ground = groundAt(place.xy);
+        normal += vec3(ground.slope * smoothNormal.z, 0.0);
+    }
+    if (flatShare < 1.0)
+    {
+        Ground side = groundAt(sidePlace);
+        vec3 sideSlope = vec3(alongY ? vec2(0.0, side.slope.x) : vec2(side.slope.x, 0.0), side.slope.y);
+        normal = mix(smoothNormal + sideSlope, normal, flatShare);
+        ground = mixed(side, ground, flatShare);
+    }
+#endif
+    normal = normalize(normal);
 
     // Large patches, some warmer and lighter, some cooler and darker.
     vec3 albedo = ground.colour * tint * mix(vec3(0.8, 0.86, 0.9), vec3(1.2, 1.13, 1.02), macroTone);
 
     float sun = max(dot(normal, sunDirection.xyz), 0.0);
-    sun *= smoothstep(-0.05, 0.25, dot(smoothNormal, sunDirection.xyz));
-    vec3 light = sunColour.rgb * sun + ambientLight(normal) * ground.occlusion;
+    sun *= smoothstep(-0.05, 0.25, dot(smoothNormal, sunDirection.xyz)) * openness.x;
+    vec3 light = sunColour.rgb * sun + ambientLight(normal) * (ground.occlusion * openness.y);
     vec3 colour = albedo * light;
 #ifndef SOFTWARE
     vec3 toEye = eye.w > 0.5 ? -viewAxis.xyz : normalize(eye.xyz - worldPosition);
@@ -240,7 +336,7 @@ void main()
     float sharpness = exp2(2.0 + ground.gloss * 6.0);
     colour += sunColour.rgb * sun * ground.gloss * pow(shine, sharpness) * (sharpness + 8.0) * 0.004;
     float edge = 1.0 - max(dot(normal, toEye), 0.0);
-    colour += skyHorizon.rgb * ground.gloss * edge * edge * edge * edge * 0.2 * ground.occlusion;
+    colour += skyHorizon.rgb * ground.gloss * edge * edge * edge * edge * 0.2 * ground.occlusion * openness.y;
 #endif
     result = vec4(toDisplay(throughAir(colour, worldPosition)), 1.0);
 }

@@ -1,0 +1,1 @@
+qm_tests(EditorTests Editor ROOMS TileEditorCommon/Editor)

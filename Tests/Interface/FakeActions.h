@@ -1,0 +1,72 @@
+#pragma once // An editor object that only notes what the windows ask of it.
+
+#include "TileEditorCommon/Contracts/EditorActionsI.h"
+
+#include <string>
+#include <vector>
+
+struct FakeActions : tilebuilder::EditorActionsI
+{
+    tilebuilder::EditorToolState state;
+    tilebuilder::CameraStatus camera;
+    bool bOpen = true;
+    bool bUnsaved = false;
+    std::string sName;
+    std::string sDirectory;
+    std::vector<std::string> vecStack;
+    std::vector<tilebuilder::TileFile> vecFiles;
+    std::string sCalls; ///< one word a call, in order
+
+    FakeActions() { state.pBrush = brush(1); }
+
+    /// Stands for a falloff; only its address counts.
+    static const tilebuilder::Brush* brush(size_t uIndex)
+    {
+        static const int s_arrPlaces[6] = {};
+        return reinterpret_cast<const tilebuilder::Brush*>(&s_arrPlaces[uIndex]);
+    }
+
+    void note(const std::string& sCall) { sCalls += sCall + ";"; }
+
+    tilebuilder::EditorToolState& toolState() override { return state; }
+    void setTool(uint8_t uTool) override
+    {
+        state.tool = uTool;
+        note("tool " + std::to_string(uTool));
+    }
+    [[nodiscard]] std::vector<tilebuilder::BrushChoice> brushes() const override
+    {
+        std::vector<tilebuilder::BrushChoice> vecChoices;
+        for (const char* pName : {"Linear", "Smooth", "Rounded", "Sharp", "Solid", "Gauss"})
+            vecChoices.push_back({brush(vecChoices.size()), pName});
+        return vecChoices;
+    }
+    [[nodiscard]] bool isDocumentOpen() const override { return bOpen; }
+    [[nodiscard]] std::string documentName() const override { return sName; }
+    [[nodiscard]] std::string documentDirectory() const override { return sDirectory; }
+    [[nodiscard]] Uuid documentUuid() const override { return {}; }
+    [[nodiscard]] bool isUnsaved() const override { return bUnsaved; }
+    [[nodiscard]] std::vector<std::string> pathStack() const override { return vecStack; }
+    void save() override { note("save"); }
+    void saveAs(const std::string& sNew, const std::string& sFolder) override
+    {
+        note("saveAs " + sNew + "|" + sFolder);
+    }
+    void requestNewTile(int32_t iSize) override { note("new " + std::to_string(iSize)); }
+    void openDocument(const std::string& sPath) override { note("open " + sPath); }
+    void openStackLevel(size_t uLevel) override { note("level " + std::to_string(uLevel)); }
+    void requestExit() override { note("exit"); }
+    [[nodiscard]] std::vector<tilebuilder::TileFile> tileFiles() const override { return vecFiles; }
+    [[nodiscard]] tilebuilder::CameraStatus cameraStatus() const override { return camera; }
+    void setFlySpeed(float fSpeed) override { camera.flySpeed = fSpeed; }
+    void moveCameraForward(float fDistance) override
+    {
+        note("forward " + std::to_string(static_cast<int>(fDistance)));
+    }
+    [[nodiscard]] std::optional<std::array<float, 3>> cursorHit() const override
+    {
+        return std::array{12.5f, 40.25f, 3.0f};
+    }
+    [[nodiscard]] std::optional<float> gridSpacing() const override { return std::nullopt; }
+    void markInterfaceDirty(uint32_t) override { note("dirty"); }
+};

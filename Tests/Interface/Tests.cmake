@@ -1,0 +1,1 @@
+qm_tests(InterfaceTests Interface ROOMS TileEditorCommon/Interface)

@@ -1,0 +1,1 @@
+qm_tests(MyGuiTests MyGui ROOMS MyGuiCommon)

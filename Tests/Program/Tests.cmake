@@ -1,0 +1,1 @@
+qm_tests(ProgramTests Program ROOMS TileEditor)

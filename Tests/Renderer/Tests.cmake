@@ -1,0 +1,1 @@
+qm_tests(RendererTests Renderer ROOMS KestrelCommon/renderer)

@@ -1,0 +1,1 @@
+qm_tests(ResourcesTests Resources ROOMS KestrelCommon/Resources)

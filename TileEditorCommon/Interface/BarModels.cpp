@@ -1,0 +1,167 @@
+#include "TileEditorCommon/Interface/BarModels.h"
+
+#include "TileEditorCommon/Contracts/EditorActionsI.h"
+#include "TileEditorCommon/Contracts/EditorInterfaceI.h"
+#include "TileEditorCommon/Interface/KeyBindings.h"
+
+namespace tilebuilder
+{
+
+namespace
+{
+
+using Kind = MenuEntry::Kind;
+using Action = std::function<void()>;
+
+/// A label that ends in a blank takes the shortcut behind it.
+std::string withShortcut(const KeyBindings& keys, std::string_view sLabel, uint32_t uAction)
+{
+    return std::string(sLabel) + keys.text(uAction);
+}
+
+MenuEntry entry(std::string sLabel, std::string sId, Action fnAction, Kind eKind = Kind::Action)
+{
+    return {
+        .eKind = eKind, .sLabel = std::move(sLabel), .sId = std::move(sId), .fnAction = std::move(fnAction)};
+}
+
+/// An entry for what the editor can't do yet: there, and greyed out.
+MenuEntry later(std::string sLabel, std::string sId = {}, Kind eKind = Kind::Action)
+{
+    MenuEntry made = entry(std::move(sLabel), std::move(sId), {}, eKind);
+    made.bEnabled = false;
+    return made;
+}
+
+MenuEntry menu(std::string sLabel, std::vector<MenuEntry> vecChildren)
+{
+    return {.eKind = Kind::Menu, .sLabel = std::move(sLabel), .vecChildren = std::move(vecChildren)};
+}
+
+MenuEntry separator()
+{
+    return {.eKind = Kind::Separator};
+}
+
+std::string fileName(const std::string& sPath)
+{
+    return sPath.substr(sPath.rfind('/') + 1);
+}
+
+ToolColours::Colour dimmed(ToolColours::Colour colour)
+{
+    for (size_t i = 0; i < 3; ++i)
+        colour[i] *= 0.55f;
+    return colour;
+}
+
+} // namespace
+
+std::vector<MenuEntry> buildLeftBar(EditorActionsI& actions, EditorInterfaceI& windows,
+                                    const KeyBindings& keys)
+{
+    return {
+        menu("File",
+             {entry(withShortcut(keys, "New ", ActionNew), {}, [&windows] { windows.showNewWindow(); }),
+              entry(withShortcut(keys, "Open ", ActionOpen), {}, [&windows] { windows.showOpenWindow(); }),
+              separator(),
+              entry(withShortcut(keys, "Save ", ActionSave), "Save", [&actions] { actions.save(); }),
+              entry(withShortcut(keys, "Save As ", ActionSaveAs), "SaveAs",
+                    [&windows] { windows.showSaveAsWindow(); }),
+              separator(), later("Delete Tile", "Delete Tile"), separator(),
+              entry("Exit", "Exit", [&actions] { actions.requestExit(); })}),
+        menu("Editor", {later(withShortcut(keys, "Show Grid ", ActionToggleGrid), "Show Grid", Kind::Check),
+                        later("Show Origin", "Show Origin", Kind::Check), separator(),
+                        later("Random Z Rotation", "Random Z Rotation", Kind::Check)}),
+        menu("View",
+             {later("Show All"), later("Hide All"), separator(), later("Asset", "View/Asset", Kind::Check),
+              later("Harvestable", "View/Harvestable", Kind::Check),
+              later("Blueprint", "View/Blueprint", Kind::Check), later("Prefab", "View/Prefab", Kind::Check),
+              later("Node", "View/Node", Kind::Check), later("Decal", "View/Decal", Kind::Check)}),
+        menu("Window", {later(withShortcut(keys, "Outliner ", ActionOutliner), "Outliner"), separator(),
+                        later("Share", "Share")}),
+        later("Help", "Help"),
+    };
+}
+
+std::vector<EntryState> leftBarStates(EditorActionsI& actions)
+{
+    const bool bOpen = actions.isDocumentOpen();
+    return {{.sId = "Save", .bEnabled = bOpen}, {.sId = "SaveAs", .bEnabled = bOpen}};
+}
+
+std::vector<MenuEntry> buildToolButtons(EditorActionsI& actions, const KeyBindings& keys)
+{
+    const EditorToolState& state = actions.toolState();
+    std::vector<MenuEntry> vecButtons;
+    const auto add = [&](const char* pId, const char* pIcon, const char* pTip, EditorAction eAction,
+                         const ToolColours::Colour& colour, bool bChecked, Action fnAction)
+    {
+        vecButtons.push_back({.sId = pId,
+                              .sIcon = std::string("$GAME_DATA/Gui/Editor/") + pIcon,
+                              .sTip = withShortcut(keys, pTip, eAction),
+                              .bEnabled = static_cast<bool>(fnAction),
+                              .bChecked = bChecked,
+                              .colour = colour,
+                              .fnAction = std::move(fnAction)});
+    };
+    const auto addMode = [&](const char* pId, const char* pIcon, const char* pTip, EditorAction eAction,
+                             const ToolColours::Colour& bright, uint8_t uMode)
+    {
+        const bool bOn = state.transformMode == uMode;
+        add(pId, pIcon, pTip, eAction, bOn ? bright : dimmed(bright), false,
+            [&actions, uMode]
+            {
+                actions.toolState().transformMode = uMode;
+                actions.markInterfaceDirty(0);
+            });
+    };
+    const auto addTool =
+        [&](const char* pId, const char* pIcon, const char* pTip, EditorAction eAction, uint8_t uTool)
+    {
+        const bool bOn = state.tool == uTool;
+        add(pId, pIcon, pTip, eAction, bOn ? ToolColours::active : ToolColours::inactive, bOn,
+            [&actions, uTool] { actions.setTool(uTool); });
+    };
+
+    add("Snap", "ed_icon_snapoff.png", "Snap to grid ", ActionSnap, ToolColours::inactive, false, {});
+    add("TransformMode", "ed_icon_pivotcenter.png", "Transform around origin ", ActionPivot,
+        ToolColours::active, false, {});
+    addMode("Translate", "ed_icon_translate.png", "Translate ", ActionTranslate, ToolColours::xBright, 0);
+    addMode("Rotate", "ed_icon_rotate.png", "Rotate ", ActionRotate, ToolColours::yBright, 1);
+    addMode("Scale", "ed_icon_scale.png", "Scale ", ActionScale, ToolColours::zBright, 2);
+    addTool("Asset", "ed_icon_place_tool.png", "Place Assets ", ActionToolPlace, ToolPlace);
+    addTool("Height", "ed_icon_height_tool.png", "Paint Ground Height ", ActionToolHeight, ToolHeight);
+    addTool("Texture", "ed_icon_ground_texture_tool.png", "Paint Ground Texture ", ActionToolMaterial,
+            ToolMaterial);
+    addTool("Color", "ed_icon_ground_color_tool.png", "Paint Ground Color ", ActionToolColor, ToolColor);
+    addTool("Clutter", "ed_icon_clutter_tool.png", "Paint Grass & Clutter ", ActionToolClutter, ToolClutter);
+    return vecButtons;
+}
+
+std::vector<MenuEntry> buildRightBar(EditorActionsI& actions)
+{
+    const std::vector<std::string> vecStack = actions.pathStack();
+    if (!actions.isDocumentOpen() || vecStack.empty())
+        return {};
+    std::vector<MenuEntry> vecBar;
+    vecBar.push_back(
+        {.sId = "Back",
+         .sIcon = "$GAME_DATA/Gui/Editor/ed_icon_arrowleft.png",
+         .sTip = "Back",
+         .bEnabled = vecStack.size() >= 2,
+         .fnAction = [&actions, uLevel = vecStack.size() - 2] { actions.openStackLevel(uLevel); }});
+    MenuEntry name{.eKind = Kind::Menu,
+                   .sLabel = escapeCaption(fileName(vecStack.back())) + (actions.isUnsaved() ? "*" : ""),
+                   .sId = "Name",
+                   .sTip =
+                       escapeCaption(vecStack.back()) + " #CCAACC { " + actions.documentUuid().text() + " }"};
+    for (size_t i = vecStack.size() - 1; i-- > 0;)
+        name.vecChildren.push_back({.sLabel = escapeCaption(fileName(vecStack[i])),
+                                    .sTip = escapeCaption(vecStack[i]),
+                                    .fnAction = [&actions, i] { actions.openStackLevel(i); }});
+    vecBar.push_back(std::move(name));
+    return vecBar;
+}
+
+} // namespace tilebuilder

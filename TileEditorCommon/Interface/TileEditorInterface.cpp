@@ -1,0 +1,374 @@
+#include "TileEditorCommon/Interface/TileEditorInterface.h"
+
+#include "KestrelCommon/Core/Console.h"
+#include "MyGuiCommon/EditorMenu.h"
+#include "MyGuiCommon/GuiMetrics.h"
+#include "MyGuiCommon/GuiTips.h"
+#include "MyGuiCommon/PopUpManager.h"
+#include "TileEditorCommon/Contracts/EditorActionsI.h"
+#include "TileEditorCommon/Interface/BarModels.h"
+#include "TileEditorCommon/Interface/BrushWindow.h"
+#include "TileEditorCommon/Interface/EditorBindings.h"
+#include "TileEditorCommon/Interface/FileNameRule.h"
+#include "TileEditorCommon/Interface/HeightPanel.h"
+#include "TileEditorCommon/Interface/KeyBindings.h"
+#include "TileEditorCommon/Interface/LayoutWidgets.h"
+#include "TileEditorCommon/Interface/OpenTileWindow.h"
+#include "TileEditorCommon/Interface/StatusText.h"
+#include "TileEditorCommon/Interface/TileCreateWindow.h"
+#include "TileEditorCommon/Interface/ToolPanels.h"
+
+#include <MyGUI_Gui.h>
+#include <MyGUI_InputManager.h>
+#include <MyGUI_LayoutManager.h>
+#include <MyGUI_RenderManager.h>
+#include <MyGUI_TextBox.h>
+#include <MyGUI_Window.h>
+
+using GuiMetrics::px;
+
+namespace tilebuilder
+{
+
+namespace
+{
+
+constexpr size_t s_uNameLimit = 100;
+constexpr int s_iRightBarWidth = 800;
+constexpr int s_iBarMargin = 8;
+
+/// The top widget of a loaded layout with that name.
+template <class T>
+T* findTop(const MyGUI::VectorWidgetPtr& vecTops, const std::string& sName)
+{
+    for (MyGUI::Widget* pTop : vecTops)
+        if (pTop->getName() == sName)
+            return pTop->castType<T>(false);
+    QM_LOG_ERROR("The layout has no widget '", sName, "'");
+    return nullptr;
+}
+
+} // namespace
+
+/// All widgets, made and destroyed together.
+struct TileEditorInterface::Face
+{
+    GuiTips tips;
+    MyGUI::Widget* pOverlay = nullptr; ///< the modal backdrop
+    MyGUI::VectorWidgetPtr vecMainWidgets;
+    MyGUI::VectorWidgetPtr vecPopupWidgets;
+    MyGUI::Widget* pBar = nullptr;
+    MyGUI::Widget* pCenter = nullptr;
+    MyGUI::Widget* pRight = nullptr;
+    MyGUI::TextBox* pInfoBox = nullptr;
+    std::unique_ptr<EditorMenu> pLeftMenuBar;
+    std::unique_ptr<EditorMenu> pCenterMenuBar;
+    std::unique_ptr<EditorMenu> pRightMenuBar;
+    std::unique_ptr<TileCreateWindow> pNewWindow;
+    std::unique_ptr<OpenTileWindow> pOpenTileWindow;
+    std::unique_ptr<BrushWindow> pBrushWindow;
+    std::unique_ptr<HeightPanel> pHeightPanel;
+
+    explicit Face(TileEditorInterface& owner);
+    ~Face();
+    Face(const Face&) = delete;
+    Face& operator=(const Face&) = delete;
+
+    void makeBars(TileEditorInterface& owner);
+    void makeWindows(TileEditorInterface& owner);
+    void place();
+    void placeRightBar();
+};
+
+TileEditorInterface::Face::Face(TileEditorInterface& owner)
+{
+    pOverlay = MyGUI::Gui::getInstance().createWidgetT(
+        "Widget", "WhiteSkin", MyGUI::IntCoord(0, 0, owner.m_gui.width(), owner.m_gui.height()),
+        MyGUI::Align::Stretch, "Popup", "Popup");
+    pOverlay->setColour(MyGUI::Colour::Black);
+    pOverlay->setAlpha(0.6f);
+    pOverlay->setVisible(false);
+
+    MyGUI::LayoutManager& layouts = MyGUI::LayoutManager::getInstance();
+    vecMainWidgets = layouts.loadLayout("$GAME_DATA/Gui/Layouts/TileEditor/TileEditor.layout");
+    vecPopupWidgets =
+        layouts.loadLayout("$GAME_DATA/Gui/Layouts/TileEditor/TileEditorPopups.layout", "", pOverlay);
+    for (MyGUI::Widget* pWidget : vecPopupWidgets)
+        pWidget->setInheritsAlpha(false);
+
+    makeWindows(owner);
+    if (owner.m_bInfoBox)
+        pInfoBox = findTop<MyGUI::TextBox>(vecMainWidgets, "InfoBox");
+    makeBars(owner);
+    place();
+}
+
+TileEditorInterface::Face::~Face()
+{
+    pLeftMenuBar.reset();
+    pCenterMenuBar.reset();
+    pRightMenuBar.reset();
+    MyGUI::LayoutManager::getInstance().unloadLayout(vecPopupWidgets);
+    MyGUI::LayoutManager::getInstance().unloadLayout(vecMainWidgets);
+    MyGUI::Gui::getInstance().destroyWidget(pOverlay);
+}
+
+void TileEditorInterface::Face::makeWindows(TileEditorInterface& owner)
+{
+    const auto fnClose = [&owner] { owner.hidePopups(); };
+    if (auto* pWindow = findTop<MyGUI::Window>(vecPopupWidgets, "NewWindow"))
+        pNewWindow = std::make_unique<TileCreateWindow>(pWindow, owner.m_actions, tips, fnClose);
+    if (auto* pWindow = findTop<MyGUI::Window>(vecPopupWidgets, "OpenTileWindow"))
+        pOpenTileWindow = std::make_unique<OpenTileWindow>(pWindow, owner.m_actions, fnClose);
+    if (auto* pWidget = findTop<MyGUI::Widget>(vecMainWidgets, "BrushWindow"))
+        pBrushWindow = std::make_unique<BrushWindow>(pWidget, owner.m_actions, tips);
+    if (auto* pWidget = findTop<MyGUI::Widget>(vecMainWidgets, "TerrainBrushWindow"))
+        pHeightPanel = std::make_unique<HeightPanel>(pWidget, owner.m_actions);
+}
+
+void TileEditorInterface::Face::makeBars(TileEditorInterface& owner)
+{
+    pBar = findTop<MyGUI::Widget>(vecMainWidgets, "MenuBarContainer");
+    if (auto* pLeft = findIn<MyGUI::Widget>(pBar, "LeftMenuBar"))
+    {
+        pLeftMenuBar = std::make_unique<EditorMenu>(pLeft, tips);
+        pLeftMenuBar->replace(buildLeftBar(owner.m_actions, owner, owner.m_keys));
+    }
+    pRight = findIn<MyGUI::Widget>(pBar, "RightMenuBar");
+    if (pRight)
+        pRightMenuBar = std::make_unique<EditorMenu>(pRight, tips);
+    pCenter = findIn<MyGUI::Widget>(pBar, "CenterMenuBar");
+    if (pCenter)
+    {
+        pCenterMenuBar = std::make_unique<EditorMenu>(pCenter, tips);
+        pCenterMenuBar->replace(buildToolButtons(owner.m_actions, owner.m_keys));
+    }
+}
+
+void TileEditorInterface::Face::place()
+{
+    const MyGUI::IntSize view(MyGUI::Gui::getInstancePtr() ? MyGUI::RenderManager::getInstance().getViewSize()
+                                                           : MyGUI::IntSize());
+    pOverlay->setCoord(0, 0, view.width, view.height);
+    if (pOpenTileWindow)
+        pOpenTileWindow->place();
+    for (MyGUI::Widget* pWidget : vecPopupWidgets)
+        pWidget->setPosition((view.width - pWidget->getWidth()) / 2,
+                             (view.height - pWidget->getHeight()) / 2);
+    if (!pBar)
+        return;
+    pBar->setSize(view.width, pBar->getHeight());
+    if (pCenter && pCenterMenuBar)
+    {
+        const int iWidth = pCenterMenuBar->contentWidth();
+        pCenter->setCoord((view.width - iWidth) / 2, pCenter->getTop(), iWidth, pCenter->getHeight());
+    }
+    placeRightBar();
+}
+
+void TileEditorInterface::Face::placeRightBar()
+{
+    if (!pRight || !pRightMenuBar)
+        return;
+    const int iWidth = std::min(pRightMenuBar->contentWidth(), px(s_iRightBarWidth));
+    pRight->setVisible(iWidth > 0);
+    pRight->setCoord(pBar->getWidth() - iWidth - px(s_iBarMargin), pRight->getTop(), iWidth,
+                     pRight->getHeight());
+}
+
+TileEditorInterface::TileEditorInterface(EditorActionsI& actions, GuiSystemManager& gui, PopUpManager& popUps,
+                                         const InputManager& input, bool bInfoBox)
+    : m_actions(actions),
+      m_gui(gui),
+      m_popUps(popUps),
+      m_keys(input),
+      m_bInfoBox(bInfoBox)
+{
+    bindEditorActions(m_keys, m_actions, *this);
+    m_gui.addListener(this);
+    createWidgets();
+}
+
+TileEditorInterface::~TileEditorInterface()
+{
+    m_gui.removeListener(this);
+    m_pFace.reset();
+}
+
+void TileEditorInterface::destroyWidgets()
+{
+    m_pFace.reset();
+}
+
+void TileEditorInterface::createWidgets()
+{
+    m_pFace = std::make_unique<Face>(*this);
+    hidePopups();
+    showToolPanels(m_actions.toolState().tool);
+    refresh(~0u);
+}
+
+void TileEditorInterface::placeWidgets()
+{
+    if (m_pFace)
+        m_pFace->place();
+}
+
+bool TileEditorInterface::isPointerFree() const
+{
+    return !m_gui.isMouseOverWidget() && !m_gui.hasKeyFocus();
+}
+
+bool TileEditorInterface::isMouseFree() const
+{
+    return !m_gui.isMouseOverWidget() && !m_gui.isEditing();
+}
+
+bool TileEditorInterface::hasNoKeyFocus() const
+{
+    return !m_gui.hasKeyFocus();
+}
+
+bool TileEditorInterface::isMouseOverWidget() const
+{
+    return m_gui.isMouseOverWidget();
+}
+
+bool TileEditorInterface::isEditing() const
+{
+    return m_gui.isEditing();
+}
+
+void TileEditorInterface::updateKeys()
+{
+    m_keys.update(isMouseFree(), hasNoKeyFocus(), m_actions.cameraStatus().flying);
+}
+
+void TileEditorInterface::showToolPanels(uint8_t uTool)
+{
+    if (!m_pFace)
+        return;
+    const ToolPanels panels = panelsOf(uTool);
+    if (m_pFace->pBrushWindow)
+        m_pFace->pBrushWindow->setVisible(panels.bBrush);
+    if (m_pFace->pHeightPanel)
+        m_pFace->pHeightPanel->setVisible(panels.bTerrainBrush);
+}
+
+void TileEditorInterface::hidePopups()
+{
+    if (!m_pFace)
+        return;
+    m_pFace->tips.hide();
+    m_pFace->pOverlay->setVisible(false);
+    for (MyGUI::Widget* pWidget : m_pFace->vecPopupWidgets)
+        pWidget->setVisible(false);
+    MyGUI::InputManager::getInstance().resetKeyFocusWidget();
+}
+
+void TileEditorInterface::showNewWindow()
+{
+    if (!m_pFace || !m_pFace->pNewWindow)
+        return;
+    hidePopups();
+    m_pFace->pOverlay->setVisible(true);
+    m_pFace->pNewWindow->show();
+}
+
+void TileEditorInterface::showOpenWindow()
+{
+    if (!m_pFace || !m_pFace->pOpenTileWindow)
+        return;
+    hidePopups();
+    m_pFace->pOverlay->setVisible(true);
+    m_pFace->pOpenTileWindow->show();
+}
+
+void TileEditorInterface::showSaveAsWindow()
+{
+    hidePopups();
+    m_popUps.askText("Save Tile", s_uNameLimit, m_actions.documentName(),
+                     [this](const std::string& sName) { saveUnder(sName); });
+}
+
+void TileEditorInterface::saveUnder(const std::string& sName)
+{
+    if (!m_actions.isDocumentOpen())
+        QM_LOG_WARNING("Tile Save Error");
+    else if (!isValidFileName(sName))
+        m_popUps.showMessage("ERROR_MESSAGE", "Invalid file name!");
+    else
+        m_actions.saveAs(sName,
+                         sName == m_actions.documentName() ? m_actions.documentDirectory() : std::string());
+}
+
+void TileEditorInterface::toggleStatusOverlay()
+{
+    m_bInfoHidden = !m_bInfoHidden;
+}
+
+void TileEditorInterface::updateOverlay(uint32_t uFrames, double fCpuMs, double fGpuMs)
+{
+    if (!m_pFace || !m_pFace->pInfoBox)
+        return;
+    std::string sText;
+    if (!m_bInfoHidden)
+        sText = statusText({.uFrames = uFrames,
+                            .fCpuMs = fCpuMs,
+                            .fGpuMs = fGpuMs,
+                            .camera = m_actions.cameraStatus().position,
+                            .cursor = m_actions.cursorHit().value_or(std::array<float, 3>{}),
+                            .gridSpacing = m_actions.gridSpacing()});
+    if (m_pFace->pInfoBox->getCaption() != MyGUI::UString(sText))
+        m_pFace->pInfoBox->setCaption(sText);
+}
+
+void TileEditorInterface::refresh(uint32_t)
+{
+    if (!m_pFace)
+        return;
+    if (m_pFace->pLeftMenuBar)
+        for (const EntryState& state : leftBarStates(m_actions))
+        {
+            m_pFace->pLeftMenuBar->setEnabled(state.sId, state.bEnabled);
+            m_pFace->pLeftMenuBar->setChecked(state.sId, state.bChecked);
+        }
+    if (m_pFace->pCenterMenuBar)
+        for (const MenuEntry& button : buildToolButtons(m_actions, m_keys))
+        {
+            m_pFace->pCenterMenuBar->setColour(button.sId, *button.colour);
+            m_pFace->pCenterMenuBar->setChecked(button.sId, button.bChecked);
+            m_pFace->pCenterMenuBar->setIcon(button.sId, button.sIcon);
+        }
+    if (m_pFace->pRightMenuBar && m_pFace->pRightMenuBar->replace(buildRightBar(m_actions)))
+        m_pFace->placeRightBar();
+    if (m_pFace->pBrushWindow)
+        m_pFace->pBrushWindow->refresh();
+    if (m_pFace->pHeightPanel)
+        m_pFace->pHeightPanel->refresh();
+}
+
+void TileEditorInterface::showMessage(std::string_view sTitle, std::string_view sText)
+{
+    m_popUps.showMessage(sTitle, sText);
+}
+
+void TileEditorInterface::askYesNo(std::string_view sTitle, std::string_view sText,
+                                   std::function<void()> onYes)
+{
+    m_popUps.askYesNo(sTitle, sText, std::move(onYes));
+}
+
+void TileEditorInterface::showProgress(std::string_view sName, float fDone)
+{
+    m_popUps.showProgress(sName, fDone);
+    if (m_fnDrawFrame)
+        m_fnDrawFrame();
+}
+
+void TileEditorInterface::hideProgress()
+{
+    m_popUps.hideProgress();
+}
+
+} // namespace tilebuilder
