@@ -211,11 +211,14 @@ int reading(BenchTile& world)
                std::ranges::equal(vecTexels1, world.surface.texels1()) &&
                std::equal(vecClutter.begin(), vecClutter.begin() + tile::SamplesPerPatch, world.clutter.samples(0, 0).begin());
     };
-    int iMissed = !run({.sName = "Tile::read alone", .fLimit = 1.5, .fnFloor = floor,
-                        .fnProduct = [&] { world.tile.read(state.bytes(), "$TEST_DATA", "x.tile", true, true, false); },
-                        .fnEqual = equal, .fnBeforeProduct = [&] { world.tile.clearCache(); }});
-    iMissed += !run({.sName = "Tile::read with new grids", .fLimit = 1.0e9, .fnFloor = floor,
-                     .fnProduct = [&] { world.tile.read(state.bytes(), "$TEST_DATA", "x.tile", false, true, false); }});
+    const auto makeGrids = std::exchange(world.host.fnReinitialise, nullptr);
+    const auto read = [&] { world.tile.read(state.bytes(), "$TEST_DATA", "x.tile", false, true, false); };
+    int iMissed = !run({.sName = "Tile::read alone", .fLimit = 1.5, .fnFloor = floor, .fnProduct = read, .fnEqual = equal});
+    world.host.fnReinitialise = makeGrids;
+    iMissed += !run({.sName = "Tile::read with new grids", .fLimit = 1.0e9, .fnFloor = floor, .fnProduct = read});
+    iMissed += !run({.sName = "Tile::read of a state, all cells changed", .fLimit = 1.0e9, .fnFloor = floor,
+                     .fnProduct = [&] { world.tile.read(state.bytes(), "$TEST_DATA", "x.tile", true, true, false); },
+                     .fnBeforeProduct = [&] { world.tile.clearCache(); }});
     return iMissed;
 }
 
