@@ -28,8 +28,8 @@ struct InterfaceTest : GuiFixture
     {
         GuiFixture::SetUp();
         m_pPopUps = std::make_unique<PopUpManager>(*m_pGui);
-        m_pInterface =
-            std::make_unique<TileEditorInterface>(InterfaceParts{*m_pGui, *m_pPopUps, m_actions, m_keys});
+        m_pInterface = std::make_unique<TileEditorInterface>(
+            InterfaceParts{*m_pGui, *m_pPopUps, m_actions, m_keys, true, {}});
         m_pInterface->showToolPanels(ToolHeight);
         settle(2);
     }
