@@ -5,6 +5,7 @@
 #include "MyGuiCommon/PopUpManager.h"
 #include "Tests/Interface/FakeActions.h"
 #include "Tests/MyGui/GuiFixture.h"
+#include "TileEditorCommon/Interface/KeyBindings.h"
 #include "TileEditorCommon/Interface/TileEditorInterface.h"
 
 #include <MyGUI_Button.h>
@@ -27,7 +28,8 @@ struct InterfaceTest : GuiFixture
     {
         GuiFixture::SetUp();
         m_pPopUps = std::make_unique<PopUpManager>(*m_pGui);
-        m_pInterface = std::make_unique<TileEditorInterface>(m_actions, *m_pGui, *m_pPopUps, m_input);
+        m_pInterface = std::make_unique<TileEditorInterface>(
+            InterfaceParts{*m_pGui, *m_pPopUps, m_actions, m_keys, true, {}});
         m_pInterface->showToolPanels(ToolHeight);
         settle(2);
     }
@@ -39,6 +41,7 @@ struct InterfaceTest : GuiFixture
     }
 
     InputManager m_input;
+    KeyBindings m_keys{m_input};
     FakeActions m_actions;
     std::unique_ptr<PopUpManager> m_pPopUps;
     std::unique_ptr<TileEditorInterface> m_pInterface;
