@@ -76,6 +76,14 @@ TEST_F(InterfaceTest, menuOpensAndItsEntryActs)
     EXPECT_EQ(m_actions.sCalls, "save;");
     settle();
     EXPECT_FALSE(pFile->getInheritedVisible());
+    EXPECT_FALSE(m_pGui->hasKeyFocus()) << "a closed menu keeps the keyboard from the keys";
+
+    click(pBar->getItemAt(0));
+    settle();
+    click(900, 500); // beside it
+    settle();
+    EXPECT_FALSE(pFile->getInheritedVisible());
+    EXPECT_FALSE(m_pGui->hasKeyFocus());
 }
 
 TEST_F(InterfaceTest, toolButtonsAndPanelsWriteThrough)
