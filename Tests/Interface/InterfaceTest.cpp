@@ -84,6 +84,13 @@ TEST_F(InterfaceTest, menuOpensAndItsEntryActs)
     settle();
     EXPECT_FALSE(pFile->getInheritedVisible());
     EXPECT_FALSE(m_pGui->hasKeyFocus());
+
+    click(pBar->getItemAt(0));
+    settle();
+    EXPECT_TRUE(pFile->getInheritedVisible());
+    key(1); // escape
+    settle();
+    EXPECT_FALSE(pFile->getInheritedVisible());
 }
 
 TEST_F(InterfaceTest, toolButtonsAndPanelsWriteThrough)

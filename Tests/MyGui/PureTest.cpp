@@ -1,4 +1,5 @@
 #include "MyGuiCommon/GuiResolution.h"
+#include "MyGuiCommon/GuiText.h"
 #include "MyGuiCommon/GuiXmlScale.h"
 #include "MyGuiCommon/MenuEntry.h"
 #include "MyGuiCommon/NumberBoxModel.h"
@@ -97,6 +98,16 @@ TEST(NumberBoxModelTest, typedTextIsClampedOrRefused)
     EXPECT_EQ(NumberBoxModel::parse(range, "1e9"), 10000);
     for (const char* pText : {"", "abc", "12x", "nan", "inf", "1,5"})
         EXPECT_FALSE(NumberBoxModel::parse(range, pText)) << pText;
+}
+
+TEST(GuiTextTest, cutsBetweenCharactersAndOnlyWhenNeeded)
+{
+    const auto bytes = [](std::string_view sText) { return static_cast<int>(sText.size()); };
+    EXPECT_EQ(GuiText::shorten("Valley", 6, bytes), "Valley");
+    EXPECT_EQ(GuiText::shorten("Valleys", 6, bytes), "Val\xE2\x80\xA6");
+    EXPECT_EQ(GuiText::shorten("V\xC3\xA4lley", 6, bytes), "V\xC3\xA4\xE2\x80\xA6");
+    EXPECT_EQ(GuiText::shorten("V\xC3\xA4lley", 5, bytes), "V\xE2\x80\xA6");
+    EXPECT_EQ(GuiText::shorten("Valley", 1, bytes), "\xE2\x80\xA6");
 }
 
 TEST(MenuEntryTest, listsThatLookDifferentHashDifferent)
