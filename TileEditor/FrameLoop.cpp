@@ -17,7 +17,6 @@
 #include "TileEditor/CommandLine.h"
 #include "TileEditor/TileEditorStandalone.h"
 #include "TileEditorCommon/Editor/TileEditor.h"
-#include "TileEditorCommon/Interface/KeyBindings.h"
 #include "TileEditorCommon/Interface/TileEditorInterface.h"
 
 #include <stdexcept>
@@ -95,7 +94,7 @@ void TileEditorStandalone::runFrame(float dt)
     m_statistics.addTime(dt);
     updateCamera(dt);
     m_pResourceManager->update();
-    m_pKeyBindings->update(m_pInterface->isMouseFree(), m_pInterface->hasNoKeyFocus(), m_camera.flying);
+    m_pInterface->updateKeys();
     m_pTileEditor->update(dt);
     m_store.runCallbacks();
     m_pUgcManager->updateAdded();

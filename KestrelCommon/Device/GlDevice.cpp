@@ -114,8 +114,9 @@ void GlDevice::createSamplers()
         glSamplerParameteri(uSampler, GL_TEXTURE_WRAP_S, iWrap);
         glSamplerParameteri(uSampler, GL_TEXTURE_WRAP_T, iWrap);
         const bool bPoint = eMode == SamplerMode::PointClamp;
-        // A CPU pays for each mip that it reads: it takes the nearest one.
-        const GLint iLinear = m_bSoftware ? GL_LINEAR_MIPMAP_NEAREST : GL_LINEAR_MIPMAP_LINEAR;
+        // A CPU pays for each mip that it reads: only the best mode blends two.
+        const bool bOneMip = m_bSoftware && eMode != SamplerMode::AnisotropicWrap;
+        const GLint iLinear = bOneMip ? GL_LINEAR_MIPMAP_NEAREST : GL_LINEAR_MIPMAP_LINEAR;
         glSamplerParameteri(uSampler, GL_TEXTURE_MIN_FILTER, bPoint ? GL_NEAREST : iLinear);
         glSamplerParameteri(uSampler, GL_TEXTURE_MAG_FILTER, bPoint ? GL_NEAREST : GL_LINEAR);
         if (eMode == SamplerMode::AnisotropicWrap && m_fMaxAnisotropy > 1.0f)

@@ -30,6 +30,9 @@ struct GroundRecord
 }
 static_assert(surfaceSectionSize(0) == 42512 && surfaceSectionSize(5) == 104);
 
+/// Parts ground records, at any alignment, into their two words.
+void splitGroundRecords(const std::byte* pRecords, size_t uCount, uint32_t* pWeights0, uint32_t* pWeights1);
+
 /// The tile-wide grids, borrowed; rows run along X.
 ///
 /// Shape:   heights and colours (32W + 1) x (32H + 1), 2 m apart; weights (64W + 1) x (64H + 1).

@@ -17,11 +17,11 @@ struct RenderSettings
     glm::vec3 sunColour{2.75f, 2.35f, 1.82f};
     glm::vec3 skyZenith{0.10f, 0.30f, 0.86f};
     glm::vec3 skyHorizon{0.60f, 0.80f, 1.06f};
-    glm::vec3 skyNadir{0.30f, 0.40f, 0.54f}; ///< below the horizon
+    glm::vec3 skyNadir{0.22f, 0.30f, 0.40f}; ///< below the horizon
     float fogDensity = 0.0016f;              ///< half of a colour is left after 1 / density metres
     float fogStart = 60.0f;                  ///< metres of clear air
     float fogMost = 0.92f;
-    float exposure = 1.0f;
+    float exposure = 0.9f;
 };
 
 /// Where the eye is and what of the scene it sees.

@@ -196,7 +196,8 @@ void Renderer::drawGround()
     m_device.setPipeline(m_groundPipeline);
     m_device.setTexture(0, ground.diffuseArray, SamplerMode::AnisotropicWrap);
     m_device.setTexture(1, ground.asgArray, SamplerMode::AnisotropicWrap);
-    m_device.setTexture(2, ground.normalArray, SamplerMode::AnisotropicWrap);
+    m_device.setTexture(2, ground.normalArray,
+                        m_device.isSoftware() ? SamplerMode::LinearWrap : SamplerMode::AnisotropicWrap);
     m_device.setTexture(3, ground.texture0, SamplerMode::LinearClamp);
     m_device.setTexture(4, ground.texture1, SamplerMode::LinearClamp);
     m_device.setUniformBuffer(s_uSurfaceSlot, ground.surfaceInfo);

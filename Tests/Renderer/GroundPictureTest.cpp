@@ -207,13 +207,13 @@ TEST_P(GroundPictureTest, hillsAreLitStructuredAndHazy)
             scene.m_debugDrawer.addLoop(arrPoints, {1.0f, 0.816f, 0.267f, 1.0f});
         };
         std::vector<double> vecMilliseconds;
-        for (int i = 0; i < 5; ++i)
+        for (int i = 0; i < (GetParam() ? 2 : 9); ++i)
         {
             outline();
             vecMilliseconds.push_back(scene.draw());
         }
         std::sort(vecMilliseconds.begin(), vecMilliseconds.end());
-        std::printf("%s %s: %.1f ms\n", sPath.c_str(), shot.pName, vecMilliseconds[2]);
+        std::printf("%s %s: %.1f ms\n", sPath.c_str(), shot.pName, vecMilliseconds[0]);
         const Mean all = meanOf(scene.picture(), 0.0, 0.0, 1.0, 1.0);
         EXPECT_GT(all.spread, 8.0) << shot.pName;
         EXPECT_GT(all.g, 50.0) << shot.pName;

@@ -57,13 +57,8 @@ void EditorTerrainSurface::unpackCell(const CellSection& cell, const GridRect& v
         const int iInCell = (j - cell.iCellY * tile::CellTexels) * s_iTexels + texels.x0 - cell.iCellX * tile::CellTexels;
         const std::byte* pRecord = pBytes + static_cast<size_t>(iInCell) * sizeof(tile::GroundRecord);
         const size_t uFirst = static_cast<size_t>(j) * m_texelsX + static_cast<size_t>(texels.x0);
-        for (size_t i = 0; i < static_cast<size_t>(texels.width()); ++i)
-        {
-            tile::GroundRecord record;
-            std::memcpy(&record, pRecord + i * sizeof(record), sizeof(record));
-            m_texels0[uFirst + i] = record.weights0;
-            m_texels1[uFirst + i] = record.weights1;
-        }
+        tile::splitGroundRecords(pRecord, static_cast<size_t>(texels.width()), m_texels0.data() + uFirst,
+                                 m_texels1.data() + uFirst);
         if (m_texelFloats0.empty())
             continue;
         for (size_t i = uFirst; i < uFirst + static_cast<size_t>(texels.width()); ++i)
@@ -97,6 +92,12 @@ bool EditorTerrainSurface::readCells(std::span<const CellSection> spanCells)
             return false;
     if (spanCells.empty())
         return true;
+    // The next material stroke makes the floats of a tile anew, for less than all cells cost here.
+    if (spanCells.size() * 4 > m_vecCellRevisions.size())
+    {
+        m_texelFloats0 = {};
+        m_texelFloats1 = {};
+    }
 
     // The cell to the right and the one below are read later, so the far edges are theirs: each
     // cell writes samples of its own and the cells can be read in any order.

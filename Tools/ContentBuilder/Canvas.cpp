@@ -30,25 +30,29 @@ Colour scaled(const Colour& colour, float f)
 
 size_t Canvas::index(int iX, int iY)
 {
-    static_assert((s_iSide & (s_iSide - 1)) == 0);
-    return static_cast<size_t>(iY & (s_iSide - 1)) * s_iSide + static_cast<size_t>(iX & (s_iSide - 1));
+    static_assert((s_iFine & (s_iFine - 1)) == 0);
+    return static_cast<size_t>(iY & (s_iFine - 1)) * s_iFine + static_cast<size_t>(iX & (s_iFine - 1));
 }
 
 const Texel& Canvas::at(float fX, float fY) const
 {
-    return m_vecTexels[index(static_cast<int>(std::floor(fX)), static_cast<int>(std::floor(fY)))];
+    return m_vecTexels[index(static_cast<int>(std::floor(fX * s_iOversize)),
+                             static_cast<int>(std::floor(fY * s_iOversize)))];
 }
 
 void Canvas::fill(const std::function<Texel(float, float)>& fnTexel)
 {
-    for (int iY = 0; iY < s_iSide; ++iY)
-        for (int iX = 0; iX < s_iSide; ++iX)
+    for (int iY = 0; iY < s_iFine; ++iY)
+        for (int iX = 0; iX < s_iFine; ++iX)
             m_vecTexels[index(iX, iY)] =
-                fnTexel((static_cast<float>(iX) + 0.5f) / s_iSide, (static_cast<float>(iY) + 0.5f) / s_iSide);
+                fnTexel((static_cast<float>(iX) + 0.5f) / s_iFine, (static_cast<float>(iY) + 0.5f) / s_iFine);
 }
 
-void Canvas::stamp(const Stamp& place, const std::function<bool(float, float, Texel&)>& fnShape)
+void Canvas::stamp(const Stamp& stamped, const std::function<bool(float, float, Texel&)>& fnShape)
 {
+    constexpr auto s_fScale = static_cast<float>(s_iOversize);
+    const Stamp place{stamped.fX * s_fScale, stamped.fY * s_fScale, stamped.fHalfLength * s_fScale,
+                      stamped.fHalfWidth * s_fScale, stamped.fAngle};
     const float fCosine = std::cos(place.fAngle);
     const float fSine = std::sin(place.fAngle);
     const int iReach = static_cast<int>(std::sqrt(place.fHalfLength * place.fHalfLength +
@@ -81,12 +85,12 @@ std::vector<float> Canvas::blurred(const std::vector<float>& vecValues, int iRad
     {
         const bool bAcross = iPass % 2 == 0;
         const auto cell = [bAcross](int iLine, int i) { return bAcross ? index(i, iLine) : index(iLine, i); };
-        for (int iLine = 0; iLine < s_iSide; ++iLine)
+        for (int iLine = 0; iLine < s_iFine; ++iLine)
         {
             float fSum = 0.0f;
             for (int i = -iRadius; i <= iRadius; ++i)
                 fSum += vecFrom[cell(iLine, i)];
-            for (int i = 0; i < s_iSide; ++i)
+            for (int i = 0; i < s_iFine; ++i)
             {
                 vecTo[cell(iLine, i)] = fSum * fScale;
                 fSum += vecFrom[cell(iLine, i + iRadius + 1)] - vecFrom[cell(iLine, i - iRadius)];
@@ -102,51 +106,67 @@ Canvas::Maps Canvas::maps(float fRelief, float fShade) const
     std::vector<float> vecHeights(m_vecTexels.size());
     for (size_t u = 0; u < vecHeights.size(); ++u)
         vecHeights[u] = m_vecTexels[u].fHeight;
-    const std::vector<float> vecNear = blurred(vecHeights, 4);
-    const std::vector<float> vecWide = blurred(vecHeights, 18);
+    const std::vector<float> vecNear = blurred(vecHeights, 4 * s_iOversize);
+    const std::vector<float> vecWide = blurred(vecHeights, 18 * s_iOversize);
+    // Large patches would show as a pattern when the map repeats: tones are evened out over half a metre.
+    std::vector<float> vecTones(m_vecTexels.size());
+    float fMeanTone = 0.0f;
+    for (size_t u = 0; u < vecTones.size(); ++u)
+    {
+        const Colour& colour = m_vecTexels[u].colour;
+        vecTones[u] = 0.3f * colour.r + 0.6f * colour.g + 0.1f * colour.b;
+        fMeanTone += vecTones[u] / static_cast<float>(vecTones.size());
+    }
+    const std::vector<float> vecPatches = blurred(vecTones, 34 * s_iOversize);
     std::vector<float> vecSorted = vecHeights;
     std::sort(vecSorted.begin(), vecSorted.end());
     const float fLowest = vecSorted[vecSorted.size() / 100];
     const float fHighest = vecSorted[vecSorted.size() - 1 - vecSorted.size() / 100];
     const float fRange = std::max(fHighest - fLowest, 0.01f);
 
-    const float fPixel = s_fMetres * 100.0f / s_iSide; // centimetres
-    Maps result;
-    for (std::vector<uint8_t>* pMap : {&result.vecDiffuse, &result.vecAsg, &result.vecNormal})
-        pMap->resize(m_vecTexels.size() * 4);
-    for (int iY = 0; iY < s_iSide; ++iY)
-        for (int iX = 0; iX < s_iSide; ++iX)
+    const float fPixel = s_fMetres * 100.0f / s_iFine; // centimetres
+    // Twelve sums a pixel of the maps: three maps of four channels.
+    std::vector<std::array<float, 12>> vecSums(static_cast<size_t>(s_iSide) * s_iSide);
+    for (int iY = 0; iY < s_iFine; ++iY)
+        for (int iX = 0; iX < s_iFine; ++iX)
         {
             const size_t u = index(iX, iY);
             const Texel& texel = m_vecTexels[u];
             const float fHeight = clamp01((texel.fHeight - fLowest) / fRange);
             const float fHollow = (vecNear[u] - texel.fHeight) * 0.9f + (vecWide[u] - texel.fHeight) * 0.45f;
             const float fLit = clamp01(1.0f - std::max(fHollow, 0.0f) / fRange * 1.5f);
-            const float fColour = blend(1.0f, 0.35f + 0.65f * fLit, fShade) *
+            const float fEven = std::pow(fMeanTone / std::max(vecPatches[u], 0.01f), 0.8f);
+            const float fColour = fEven * blend(1.0f, 0.35f + 0.65f * fLit, fShade) *
                                   (1.0f + fShade * 0.22f * std::clamp(-fHollow / fRange, 0.0f, 0.6f));
-            const float fSlopeX =
-                (vecHeights[index(iX - 1, iY)] - vecHeights[index(iX + 1, iY)]) / (2.0f * fPixel) * fRelief;
-            const float fSlopeY =
-                (vecHeights[index(iX, iY - 1)] - vecHeights[index(iX, iY + 1)]) / (2.0f * fPixel) * fRelief;
+            const float fAcross = fRelief / (2.0f * fPixel);
+            const float fSlopeX = (vecHeights[index(iX - 1, iY)] - vecHeights[index(iX + 1, iY)]) * fAcross;
+            const float fSlopeY = (vecHeights[index(iX, iY - 1)] - vecHeights[index(iX, iY + 1)]) * fAcross;
             const float fLength = std::sqrt(fSlopeX * fSlopeX + fSlopeY * fSlopeY + 1.0f);
-
-            const std::array<uint8_t, 12> arrBytes = {toByte(texel.colour.r * fColour),
-                                                      toByte(texel.colour.g * fColour),
-                                                      toByte(texel.colour.b * fColour),
-                                                      toByte(fHeight),
-                                                      toByte(fLit),
-                                                      toByte(texel.fGloss),
-                                                      toByte(fHeight),
-                                                      255,
-                                                      toByte(fSlopeX / fLength * 0.5f + 0.5f),
-                                                      toByte(fSlopeY / fLength * 0.5f + 0.5f),
-                                                      toByte(0.5f / fLength + 0.5f),
-                                                      255};
-            std::copy_n(arrBytes.begin(), 4, result.vecDiffuse.begin() + static_cast<std::ptrdiff_t>(u * 4));
-            std::copy_n(arrBytes.begin() + 4, 4, result.vecAsg.begin() + static_cast<std::ptrdiff_t>(u * 4));
-            std::copy_n(arrBytes.begin() + 8, 4,
-                        result.vecNormal.begin() + static_cast<std::ptrdiff_t>(u * 4));
+            const std::array<float, 12> arrValues = {texel.colour.r * fColour,
+                                                     texel.colour.g * fColour,
+                                                     texel.colour.b * fColour,
+                                                     fHeight,
+                                                     fLit,
+                                                     texel.fGloss,
+                                                     fHeight,
+                                                     1.0f,
+                                                     fSlopeX / fLength * 0.5f + 0.5f,
+                                                     fSlopeY / fLength * 0.5f + 0.5f,
+                                                     0.5f / fLength + 0.5f,
+                                                     1.0f};
+            auto& arrSum = vecSums[static_cast<size_t>(iY / s_iOversize) * s_iSide +
+                                   static_cast<size_t>(iX / s_iOversize)];
+            for (size_t v = 0; v < arrValues.size(); ++v)
+                arrSum[v] += clamp01(arrValues[v]) / (s_iOversize * s_iOversize);
         }
+
+    Maps result;
+    for (const auto& arrSum : vecSums)
+        for (size_t v = 0; v < arrSum.size(); ++v)
+            (v < 4   ? result.vecDiffuse
+             : v < 8 ? result.vecAsg
+                     : result.vecNormal)
+                .push_back(toByte(arrSum[v]));
     return result;
 }
 

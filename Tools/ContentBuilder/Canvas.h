@@ -45,10 +45,10 @@ struct Stamp
 class Canvas
 {
 public:
-    static constexpr int s_iSide = 512;
+    static constexpr int s_iSide = 512; ///< pixels of a map; also the unit of stamps
     static constexpr float s_fMetres = 3.5f;
 
-    Canvas() : m_vecTexels(static_cast<size_t>(s_iSide) * s_iSide) {}
+    Canvas() : m_vecTexels(static_cast<size_t>(s_iFine) * s_iFine) {}
 
     /// u, v: 0 to 1.
     void fill(const std::function<Texel(float u, float v)>& fnTexel);
@@ -69,6 +69,9 @@ public:
     [[nodiscard]] Maps maps(float fRelief, float fShade) const;
 
 private:
+    static constexpr int s_iOversize = 2; ///< painted larger and averaged, so that edges are smooth
+    static constexpr int s_iFine = s_iSide * s_iOversize;
+
     [[nodiscard]] static size_t index(int iX, int iY);
     [[nodiscard]] std::vector<float> blurred(const std::vector<float>& vecValues, int iRadius) const;
 

@@ -198,24 +198,24 @@ void paintSnow(Canvas& canvas)
         });
 }
 
-/// Short turf worn through to the earth here and there: what an untouched tile shows.
+/// Short turf with earth and stones between: what an untouched tile shows.
 void paintTurf(Canvas& canvas)
 {
-    canvas.fill([](float u, float v) { return earth(u, v, rgb(76, 68, 44), rgb(112, 100, 66), 101); });
+    canvas.fill([](float u, float v) { return earth(u, v, rgb(84, 78, 50), rgb(116, 108, 70), 101); });
     paintPebbles(canvas, {.uSeed = 102,
-                          .iCount = 120,
+                          .iCount = 140,
                           .fSmallest = 1.6f,
-                          .fLargest = 4.0f,
-                          .arrTones = {rgb(134, 126, 108), rgb(116, 108, 92), rgb(146, 138, 120)}});
+                          .fLargest = 4.2f,
+                          .arrTones = {rgb(140, 132, 114), rgb(120, 112, 96), rgb(152, 144, 126)}});
     paintBlades(canvas, {.uSeed = 103,
-                         .iCount = 13000,
-                         .fShortest = 5.0f,
-                         .fLongest = 12.0f,
-                         .fHalfWidth = 1.1f,
-                         .fHeight = 2.0f,
-                         .arrRoots = {rgb(70, 80, 40), rgb(82, 86, 44), rgb(90, 86, 48)},
-                         .arrTips = {rgb(118, 130, 68), rgb(134, 140, 78), rgb(146, 140, 84)},
-                         .fClumps = 1.15f});
+                         .iCount = 17000,
+                         .fShortest = 6.0f,
+                         .fLongest = 13.0f,
+                         .fHalfWidth = 1.15f,
+                         .fHeight = 2.2f,
+                         .arrRoots = {rgb(78, 92, 44), rgb(90, 98, 50), rgb(96, 98, 54)},
+                         .arrTips = {rgb(120, 138, 70), rgb(138, 148, 80), rgb(146, 148, 88)},
+                         .fClumps = 0.95f});
 }
 
 constexpr std::array<Material, 9> s_arrMaterials = {{

@@ -52,7 +52,7 @@ vec3 throughAir(vec3 colour, vec3 point)
 vec3 toDisplay(vec3 colour)
 {
     colour *= sunColour.w * 0.62;
-    colour = mix(vec3(dot(colour, vec3(0.2126, 0.7152, 0.0722))), colour, 0.86); // the curve adds it again
+    colour = mix(vec3(dot(colour, vec3(0.2126, 0.7152, 0.0722))), colour, 0.92); // the curve adds it again
     colour = colour * (2.51 * colour + 0.03) / (colour * (2.43 * colour + 0.59) + 0.14);
     return sqrt(clamp(colour, 0.0, 1.0));
 }
