@@ -74,7 +74,7 @@ struct BarModelsTest : testing::Test
 
 TEST_F(BarModelsTest, menuEntriesActAndNameTheirKeys)
 {
-    const auto vecBar = buildLeftBar(m_actions, m_windows, m_keys);
+    const auto vecBar = buildLeftBar(m_actions, m_windows, m_keys, {});
     std::string sMenus;
     for (const MenuEntry& menu : vecBar)
         sMenus += menu.sLabel + " ";

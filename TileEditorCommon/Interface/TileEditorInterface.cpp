@@ -11,6 +11,7 @@
 #include "TileEditorCommon/Interface/EditorBindings.h"
 #include "TileEditorCommon/Interface/FileNameRule.h"
 #include "TileEditorCommon/Interface/HeightPanel.h"
+#include "TileEditorCommon/Interface/HelpWindow.h"
 #include "TileEditorCommon/Interface/KeyBindings.h"
 #include "TileEditorCommon/Interface/LayoutWidgets.h"
 #include "TileEditorCommon/Interface/OpenTileWindow.h"
@@ -69,6 +70,7 @@ struct TileEditorInterface::Face
     std::unique_ptr<EditorMenu> pRightMenuBar;
     std::unique_ptr<TileCreateWindow> pNewWindow;
     std::unique_ptr<OpenTileWindow> pOpenTileWindow;
+    std::unique_ptr<HelpWindow> pHelpWindow;
     std::unique_ptr<BrushWindow> pBrushWindow;
     std::unique_ptr<HeightPanel> pHeightPanel;
 
@@ -124,6 +126,8 @@ void TileEditorInterface::Face::makeWindows(const InterfaceParts& parts, TileEdi
         pNewWindow = std::make_unique<TileCreateWindow>(pWindow, parts.actions, tips, fnClose);
     if (auto* pWindow = findTop<MyGUI::Window>(vecPopupWidgets, "OpenTileWindow"))
         pOpenTileWindow = std::make_unique<OpenTileWindow>(pWindow, parts.actions, tips, fnClose);
+    if (auto* pWindow = findTop<MyGUI::Window>(vecPopupWidgets, "HelpWindow"))
+        pHelpWindow = std::make_unique<HelpWindow>(pWindow, fnClose);
     if (auto* pWidget = findTop<MyGUI::Widget>(vecMainWidgets, "BrushWindow"))
         pBrushWindow = std::make_unique<BrushWindow>(pWidget, parts.actions, tips);
     if (auto* pWidget = findTop<MyGUI::Widget>(vecMainWidgets, "TerrainBrushWindow"))
@@ -136,7 +140,8 @@ void TileEditorInterface::Face::makeBars(const InterfaceParts& parts, TileEditor
     if (auto* pLeft = findIn<MyGUI::Widget>(pBar, "LeftMenuBar"))
     {
         pLeftMenuBar = std::make_unique<EditorMenu>(pLeft, tips);
-        pLeftMenuBar->replace(buildLeftBar(parts.actions, owner, parts.keys));
+        pLeftMenuBar->replace(
+            buildLeftBar(parts.actions, owner, parts.keys, [&owner] { owner.showHelpWindow(); }));
     }
     pRight = findIn<MyGUI::Widget>(pBar, "RightMenuBar");
     if (pRight)
@@ -287,6 +292,15 @@ void TileEditorInterface::showOpenWindow()
     hidePopups();
     m_pFace->pOverlay->setVisible(true);
     m_pFace->pOpenTileWindow->show();
+}
+
+void TileEditorInterface::showHelpWindow()
+{
+    if (!m_pFace || !m_pFace->pHelpWindow)
+        return;
+    hidePopups();
+    m_pFace->pOverlay->setVisible(true);
+    m_pFace->pHelpWindow->show();
 }
 
 void TileEditorInterface::showSaveAsWindow()
