@@ -17,6 +17,7 @@
 #include "TileEditor/CommandLine.h"
 #include "TileEditor/TileEditorStandalone.h"
 #include "TileEditorCommon/Editor/TileEditor.h"
+#include "TileEditorCommon/Interface/KeyBindings.h"
 #include "TileEditorCommon/Interface/TileEditorInterface.h"
 
 #include <stdexcept>
@@ -94,7 +95,7 @@ void TileEditorStandalone::runFrame(float dt)
     m_statistics.addTime(dt);
     updateCamera(dt);
     m_pResourceManager->update();
-    m_pInterface->updateKeys();
+    m_pKeyBindings->update(m_pInterface->isMouseFree(), m_pInterface->hasNoKeyFocus(), m_camera.flying);
     m_pTileEditor->update(dt);
     m_store.runCallbacks();
     m_pUgcManager->updateAdded();
