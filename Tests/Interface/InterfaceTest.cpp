@@ -5,12 +5,15 @@
 #include "MyGuiCommon/PopUpManager.h"
 #include "Tests/Interface/FakeActions.h"
 #include "Tests/MyGui/GuiFixture.h"
+#include "TileEditorCommon/Interface/HelpWindow.h"
+#include "TileEditorCommon/Interface/KeyBindings.h"
 #include "TileEditorCommon/Interface/TileEditorInterface.h"
 
 #include <MyGUI_Button.h>
 #include <MyGUI_ItemBox.h>
 #include <MyGUI_MenuBar.h>
 #include <MyGUI_MenuItem.h>
+#include <MyGUI_ScrollView.h>
 #include <MyGUI_Window.h>
 
 namespace
@@ -27,7 +30,8 @@ struct InterfaceTest : GuiFixture
     {
         GuiFixture::SetUp();
         m_pPopUps = std::make_unique<PopUpManager>(*m_pGui);
-        m_pInterface = std::make_unique<TileEditorInterface>(m_actions, *m_pGui, *m_pPopUps, m_input);
+        m_pInterface = std::make_unique<TileEditorInterface>(
+            InterfaceParts{*m_pGui, *m_pPopUps, m_actions, m_keys, true, {}});
         m_pInterface->showToolPanels(ToolHeight);
         settle(2);
     }
@@ -39,6 +43,7 @@ struct InterfaceTest : GuiFixture
     }
 
     InputManager m_input;
+    KeyBindings m_keys{m_input};
     FakeActions m_actions;
     std::unique_ptr<PopUpManager> m_pPopUps;
     std::unique_ptr<TileEditorInterface> m_pInterface;
@@ -71,6 +76,21 @@ TEST_F(InterfaceTest, menuOpensAndItsEntryActs)
     ASSERT_TRUE(pFile->getInheritedVisible());
     click(pFile->getItemAt(3));
     EXPECT_EQ(m_actions.sCalls, "save;");
+    settle();
+    EXPECT_FALSE(pFile->getInheritedVisible());
+    EXPECT_FALSE(m_pGui->hasKeyFocus()) << "a closed menu keeps the keyboard from the keys";
+
+    click(pBar->getItemAt(0));
+    settle();
+    click(900, 500); // beside it
+    settle();
+    EXPECT_FALSE(pFile->getInheritedVisible());
+    EXPECT_FALSE(m_pGui->hasKeyFocus());
+
+    click(pBar->getItemAt(0));
+    settle();
+    EXPECT_TRUE(pFile->getInheritedVisible());
+    key(1); // escape
     settle();
     EXPECT_FALSE(pFile->getInheritedVisible());
 }
@@ -149,6 +169,23 @@ TEST_F(InterfaceTest, openWindowSearchesAndOpensByEnterOrClick)
     key(s_iDown);
     key(s_iEnter); // nothing to open
     EXPECT_TRUE(widget("OpenTileWindow")->getVisible());
+}
+
+TEST_F(InterfaceTest, helpShowsEveryPage)
+{
+    auto* pBar = widget<MyGUI::MenuBar>("LeftMenuBar");
+    click(pBar->getItemAt(4));
+    ASSERT_TRUE(widget("HelpWindow")->getVisible());
+    auto* pPage = widget<MyGUI::ScrollView>("HelpPage");
+    for (size_t i = 0; i < s_arrHelpPages.size(); ++i)
+    {
+        EXPECT_GE(pPage->getChildCount(), 2u) << s_arrHelpPages[i].pFile;
+        EXPECT_TRUE(widget<MyGUI::Button>(std::string("Help ") + s_arrHelpPages[i].pTab)->getStateSelected());
+        key(s_iDown);
+        settle(1);
+    }
+    key(1); // escape
+    EXPECT_FALSE(widget("HelpWindow")->getVisible());
 }
 
 TEST_F(InterfaceTest, saveAsKeepsTheFolderOnlyUnderTheSameName)

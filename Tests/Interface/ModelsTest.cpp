@@ -33,9 +33,9 @@ TEST(StatusTextTest, fourSignificantDigitsAndTheGridOnlyWithOne)
                           .camera = {1234.567f, -0.0125f, 32.0f},
                           .cursor = {0.0f, 12345.6f, 3.0f}};
     EXPECT_EQ(statusText(figures), "FPS: 61\nRendering Time CPU 4.322\nRendering Time GPU 0\n\n"
-                                   "Camera Position 1235 -0.0125 32\nCursor Position 0 1.235e+04 3\n");
+                                   "Camera Position 1235 -0.0125 32\nCursor Position 0 1.235e+04 3");
     figures.gridSpacing = 0.25f;
-    EXPECT_TRUE(statusText(figures).ends_with("Grid Spacing 0.25\n"));
+    EXPECT_TRUE(statusText(figures).ends_with("\nGrid Spacing 0.25"));
 }
 
 TEST(TileSearchTest, everyWordMustOccurInAnyOrder)
@@ -74,7 +74,7 @@ struct BarModelsTest : testing::Test
 
 TEST_F(BarModelsTest, menuEntriesActAndNameTheirKeys)
 {
-    const auto vecBar = buildLeftBar(m_actions, m_windows, m_keys);
+    const auto vecBar = buildLeftBar(m_actions, m_windows, m_keys, {});
     std::string sMenus;
     for (const MenuEntry& menu : vecBar)
         sMenus += menu.sLabel + " ";

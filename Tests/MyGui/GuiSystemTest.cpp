@@ -103,7 +103,40 @@ TEST_F(GuiSystemTest, typedTextArrivesAndLosingTheWindowLetsGoOfTheKeyboard)
     EXPECT_FALSE(m_pGui->hasKeyFocus());
 }
 
-// Every glyph and box of the pictures goes up as a texture; fonts keep two bytes a pixel.
+TEST_F(GuiSystemTest, cursorTakesTheShapeThatAnEditBoxAsksFor)
+{
+    MyGUI::Gui::getInstance().createWidget<MyGUI::EditBox>("QM_EditBox", MyGUI::IntCoord(10, 10, 200, 28),
+                                                           MyGUI::Align::Default, "Main");
+    m_pGui->mouseMove(100, 24, 0);
+    m_pGui->update();
+    EXPECT_EQ(m_eCursor, CursorShape::Text);
+    m_pGui->mouseMove(600, 400, 0);
+    m_pGui->update();
+    EXPECT_EQ(m_eCursor, CursorShape::Arrow);
+}
+
+TEST_F(GuiSystemTest, copyAndPasteGoThroughThePlatform)
+{
+    auto* pEdit = MyGUI::Gui::getInstance().createWidget<MyGUI::EditBox>(
+        "QM_EditBox", MyGUI::IntCoord(10, 10, 200, 28), MyGUI::Align::Default, "Main");
+    m_pGui->requestKeyFocus(pEdit);
+    m_pGui->update();
+    const auto withControl = [this](int iScanCode)
+    {
+        m_pGui->keyDown(29, 0);
+        key(iScanCode);
+        m_pGui->keyUp(29);
+    };
+    m_sClipboard = "Hill #1";
+    withControl(47); // v
+    EXPECT_EQ(std::string(pEdit->getOnlyText()), "Hill #1");
+    type("2");
+    withControl(30); // a
+    m_sClipboard.clear();
+    withControl(46); // c
+    EXPECT_EQ(m_sClipboard, "Hill #12");
+}
+
 TEST_F(GuiSystemTest, vertexBytesAreWhatThePipelineReads)
 {
     Listener listener;

@@ -1,5 +1,7 @@
 #include "MyGuiCommon/GuiResolution.h"
+#include "MyGuiCommon/GuiText.h"
 #include "MyGuiCommon/GuiXmlScale.h"
+#include "MyGuiCommon/HyperText.h"
 #include "MyGuiCommon/MenuEntry.h"
 #include "MyGuiCommon/NumberBoxModel.h"
 #include "Tests/Support/LogCapture.h"
@@ -97,6 +99,30 @@ TEST(NumberBoxModelTest, typedTextIsClampedOrRefused)
     EXPECT_EQ(NumberBoxModel::parse(range, "1e9"), 10000);
     for (const char* pText : {"", "abc", "12x", "nan", "inf", "1,5"})
         EXPECT_FALSE(NumberBoxModel::parse(range, pText)) << pText;
+}
+
+TEST(GuiTextTest, cutsBetweenCharactersAndOnlyWhenNeeded)
+{
+    const auto bytes = [](std::string_view sText) { return static_cast<int>(sText.size()); };
+    EXPECT_EQ(GuiText::shorten("Valley", 6, bytes), "Valley");
+    EXPECT_EQ(GuiText::shorten("Valleys", 6, bytes), "Val\xE2\x80\xA6");
+    EXPECT_EQ(GuiText::shorten("V\xC3\xA4lley", 6, bytes), "V\xC3\xA4\xE2\x80\xA6");
+    EXPECT_EQ(GuiText::shorten("V\xC3\xA4lley", 5, bytes), "V\xE2\x80\xA6");
+    EXPECT_EQ(GuiText::shorten("Valley", 1, bytes), "\xE2\x80\xA6");
+}
+
+TEST(HyperTextTest, paragraphsEmphasisAndEntities)
+{
+    using Kind = HyperTextBlock::Kind;
+    using Blocks = std::vector<HyperTextBlock>;
+    EXPECT_EQ(parseHyperText("<h1>A &amp; B</h1>\n<p>Press  <b>Ctrl</b>\n now #1</p><li>x</li>"),
+              (Blocks{{Kind::Title, "A & B"},
+                      {Kind::Text, "Press #FFD044Ctrl#E6E8EB now ##1"},
+                      {Kind::Item, "x"}}));
+    EXPECT_EQ(parseHyperText("loose<h2>head"), (Blocks{{Kind::Text, "loose"}, {Kind::Header, "head"}}));
+    EXPECT_EQ(parseHyperText("<p> </p><small></small><i>a</i> < b &x; <unended"),
+              (Blocks{{Kind::Text, "a < b &x; <unended"}}));
+    EXPECT_TRUE(parseHyperText("").empty());
 }
 
 TEST(MenuEntryTest, listsThatLookDifferentHashDifferent)

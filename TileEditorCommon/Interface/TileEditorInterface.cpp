@@ -11,6 +11,7 @@
 #include "TileEditorCommon/Interface/EditorBindings.h"
 #include "TileEditorCommon/Interface/FileNameRule.h"
 #include "TileEditorCommon/Interface/HeightPanel.h"
+#include "TileEditorCommon/Interface/HelpWindow.h"
 #include "TileEditorCommon/Interface/KeyBindings.h"
 #include "TileEditorCommon/Interface/LayoutWidgets.h"
 #include "TileEditorCommon/Interface/OpenTileWindow.h"
@@ -21,6 +22,8 @@
 #include <MyGUI_Gui.h>
 #include <MyGUI_InputManager.h>
 #include <MyGUI_LayoutManager.h>
+#include <MyGUI_MenuBar.h>
+#include <MyGUI_MenuItem.h>
 #include <MyGUI_RenderManager.h>
 #include <MyGUI_TextBox.h>
 #include <MyGUI_Window.h>
@@ -36,6 +39,7 @@ namespace
 constexpr size_t s_uNameLimit = 100;
 constexpr int s_iRightBarWidth = 800;
 constexpr int s_iBarMargin = 8;
+constexpr int s_iInfoPadding = 10;
 
 /// The top widget of a loaded layout with that name.
 template <class T>
@@ -66,24 +70,26 @@ struct TileEditorInterface::Face
     std::unique_ptr<EditorMenu> pRightMenuBar;
     std::unique_ptr<TileCreateWindow> pNewWindow;
     std::unique_ptr<OpenTileWindow> pOpenTileWindow;
+    std::unique_ptr<HelpWindow> pHelpWindow;
     std::unique_ptr<BrushWindow> pBrushWindow;
     std::unique_ptr<HeightPanel> pHeightPanel;
 
-    explicit Face(TileEditorInterface& owner);
+    explicit Face(const InterfaceParts& parts, TileEditorInterface& owner);
     ~Face();
     Face(const Face&) = delete;
     Face& operator=(const Face&) = delete;
 
-    void makeBars(TileEditorInterface& owner);
-    void makeWindows(TileEditorInterface& owner);
+    void makeBars(const InterfaceParts& parts, TileEditorInterface& owner);
+    void makeWindows(const InterfaceParts& parts, TileEditorInterface& owner);
     void place();
     void placeRightBar();
+    [[nodiscard]] int menusEnd() const;
 };
 
-TileEditorInterface::Face::Face(TileEditorInterface& owner)
+TileEditorInterface::Face::Face(const InterfaceParts& parts, TileEditorInterface& owner)
 {
     pOverlay = MyGUI::Gui::getInstance().createWidgetT(
-        "Widget", "WhiteSkin", MyGUI::IntCoord(0, 0, owner.m_gui.width(), owner.m_gui.height()),
+        "Widget", "WhiteSkin", MyGUI::IntCoord(0, 0, parts.gui.width(), parts.gui.height()),
         MyGUI::Align::Stretch, "Popup", "Popup");
     pOverlay->setColour(MyGUI::Colour::Black);
     pOverlay->setAlpha(0.6f);
@@ -96,10 +102,10 @@ TileEditorInterface::Face::Face(TileEditorInterface& owner)
     for (MyGUI::Widget* pWidget : vecPopupWidgets)
         pWidget->setInheritsAlpha(false);
 
-    makeWindows(owner);
-    if (owner.m_bInfoBox)
+    makeWindows(parts, owner);
+    if (parts.bInfoBox)
         pInfoBox = findTop<MyGUI::TextBox>(vecMainWidgets, "InfoBox");
-    makeBars(owner);
+    makeBars(parts, owner);
     place();
 }
 
@@ -113,26 +119,29 @@ TileEditorInterface::Face::~Face()
     MyGUI::Gui::getInstance().destroyWidget(pOverlay);
 }
 
-void TileEditorInterface::Face::makeWindows(TileEditorInterface& owner)
+void TileEditorInterface::Face::makeWindows(const InterfaceParts& parts, TileEditorInterface& owner)
 {
     const auto fnClose = [&owner] { owner.hidePopups(); };
     if (auto* pWindow = findTop<MyGUI::Window>(vecPopupWidgets, "NewWindow"))
-        pNewWindow = std::make_unique<TileCreateWindow>(pWindow, owner.m_actions, tips, fnClose);
+        pNewWindow = std::make_unique<TileCreateWindow>(pWindow, parts.actions, tips, fnClose);
     if (auto* pWindow = findTop<MyGUI::Window>(vecPopupWidgets, "OpenTileWindow"))
-        pOpenTileWindow = std::make_unique<OpenTileWindow>(pWindow, owner.m_actions, fnClose);
+        pOpenTileWindow = std::make_unique<OpenTileWindow>(pWindow, parts.actions, tips, fnClose);
+    if (auto* pWindow = findTop<MyGUI::Window>(vecPopupWidgets, "HelpWindow"))
+        pHelpWindow = std::make_unique<HelpWindow>(pWindow, fnClose);
     if (auto* pWidget = findTop<MyGUI::Widget>(vecMainWidgets, "BrushWindow"))
-        pBrushWindow = std::make_unique<BrushWindow>(pWidget, owner.m_actions, tips);
+        pBrushWindow = std::make_unique<BrushWindow>(pWidget, parts.actions, tips);
     if (auto* pWidget = findTop<MyGUI::Widget>(vecMainWidgets, "TerrainBrushWindow"))
-        pHeightPanel = std::make_unique<HeightPanel>(pWidget, owner.m_actions);
+        pHeightPanel = std::make_unique<HeightPanel>(pWidget, parts.actions);
 }
 
-void TileEditorInterface::Face::makeBars(TileEditorInterface& owner)
+void TileEditorInterface::Face::makeBars(const InterfaceParts& parts, TileEditorInterface& owner)
 {
     pBar = findTop<MyGUI::Widget>(vecMainWidgets, "MenuBarContainer");
     if (auto* pLeft = findIn<MyGUI::Widget>(pBar, "LeftMenuBar"))
     {
         pLeftMenuBar = std::make_unique<EditorMenu>(pLeft, tips);
-        pLeftMenuBar->replace(buildLeftBar(owner.m_actions, owner, owner.m_keys));
+        pLeftMenuBar->replace(
+            buildLeftBar(parts.actions, owner, parts.keys, [&owner] { owner.showHelpWindow(); }));
     }
     pRight = findIn<MyGUI::Widget>(pBar, "RightMenuBar");
     if (pRight)
@@ -141,7 +150,7 @@ void TileEditorInterface::Face::makeBars(TileEditorInterface& owner)
     if (pCenter)
     {
         pCenterMenuBar = std::make_unique<EditorMenu>(pCenter, tips);
-        pCenterMenuBar->replace(buildToolButtons(owner.m_actions, owner.m_keys));
+        pCenterMenuBar->replace(buildToolButtons(parts.actions, parts.keys));
     }
 }
 
@@ -160,10 +169,21 @@ void TileEditorInterface::Face::place()
     pBar->setSize(view.width, pBar->getHeight());
     if (pCenter && pCenterMenuBar)
     {
+        // In the middle, but in a narrow window never over the menus.
         const int iWidth = pCenterMenuBar->contentWidth();
-        pCenter->setCoord((view.width - iWidth) / 2, pCenter->getTop(), iWidth, pCenter->getHeight());
+        const int iLeft = std::max((view.width - iWidth) / 2, menusEnd() + px(s_iBarMargin));
+        pCenter->setCoord(iLeft, pCenter->getTop(), iWidth, pCenter->getHeight());
     }
     placeRightBar();
+}
+
+/// The right edge of the last menu's label.
+int TileEditorInterface::Face::menusEnd() const
+{
+    auto* pMenus = findIn<MyGUI::MenuBar>(pBar, "LeftMenuBar");
+    if (!pMenus || pMenus->getItemCount() == 0)
+        return 0;
+    return pMenus->getItemAt(pMenus->getItemCount() - 1)->getAbsoluteCoord().right();
 }
 
 void TileEditorInterface::Face::placeRightBar()
@@ -171,27 +191,22 @@ void TileEditorInterface::Face::placeRightBar()
     if (!pRight || !pRightMenuBar)
         return;
     const int iWidth = std::min(pRightMenuBar->contentWidth(), px(s_iRightBarWidth));
-    pRight->setVisible(iWidth > 0);
+    const int iFree = pBar->getWidth() - (pCenter ? pCenter->getRight() : 0) - px(2 * s_iBarMargin);
+    pRight->setVisible(iWidth > 0 && iWidth <= iFree);
     pRight->setCoord(pBar->getWidth() - iWidth - px(s_iBarMargin), pRight->getTop(), iWidth,
                      pRight->getHeight());
 }
 
-TileEditorInterface::TileEditorInterface(EditorActionsI& actions, GuiSystemManager& gui, PopUpManager& popUps,
-                                         const InputManager& input, bool bInfoBox)
-    : m_actions(actions),
-      m_gui(gui),
-      m_popUps(popUps),
-      m_keys(input),
-      m_bInfoBox(bInfoBox)
+TileEditorInterface::TileEditorInterface(const InterfaceParts& parts) : m_parts(parts)
 {
-    bindEditorActions(m_keys, m_actions, *this);
-    m_gui.addListener(this);
+    bindEditorActions(m_parts.keys, m_parts.actions, *this);
+    m_parts.gui.addListener(this);
     createWidgets();
 }
 
 TileEditorInterface::~TileEditorInterface()
 {
-    m_gui.removeListener(this);
+    m_parts.gui.removeListener(this);
     m_pFace.reset();
 }
 
@@ -202,9 +217,9 @@ void TileEditorInterface::destroyWidgets()
 
 void TileEditorInterface::createWidgets()
 {
-    m_pFace = std::make_unique<Face>(*this);
+    m_pFace = std::make_unique<Face>(m_parts, *this);
     hidePopups();
-    showToolPanels(m_actions.toolState().tool);
+    showToolPanels(m_parts.actions.toolState().tool);
     refresh(~0u);
 }
 
@@ -216,32 +231,27 @@ void TileEditorInterface::placeWidgets()
 
 bool TileEditorInterface::isPointerFree() const
 {
-    return !m_gui.isMouseOverWidget() && !m_gui.hasKeyFocus();
+    return !m_parts.gui.isMouseOverWidget() && !m_parts.gui.hasKeyFocus();
 }
 
 bool TileEditorInterface::isMouseFree() const
 {
-    return !m_gui.isMouseOverWidget() && !m_gui.isEditing();
+    return !m_parts.gui.isMouseOverWidget() && !m_parts.gui.isEditing();
 }
 
 bool TileEditorInterface::hasNoKeyFocus() const
 {
-    return !m_gui.hasKeyFocus();
+    return !m_parts.gui.hasKeyFocus();
 }
 
 bool TileEditorInterface::isMouseOverWidget() const
 {
-    return m_gui.isMouseOverWidget();
+    return m_parts.gui.isMouseOverWidget();
 }
 
 bool TileEditorInterface::isEditing() const
 {
-    return m_gui.isEditing();
-}
-
-void TileEditorInterface::updateKeys()
-{
-    m_keys.update(isMouseFree(), hasNoKeyFocus(), m_actions.cameraStatus().flying);
+    return m_parts.gui.isEditing();
 }
 
 void TileEditorInterface::showToolPanels(uint8_t uTool)
@@ -284,22 +294,32 @@ void TileEditorInterface::showOpenWindow()
     m_pFace->pOpenTileWindow->show();
 }
 
+void TileEditorInterface::showHelpWindow()
+{
+    if (!m_pFace || !m_pFace->pHelpWindow)
+        return;
+    hidePopups();
+    m_pFace->pOverlay->setVisible(true);
+    m_pFace->pHelpWindow->show();
+}
+
 void TileEditorInterface::showSaveAsWindow()
 {
     hidePopups();
-    m_popUps.askText("Save Tile", s_uNameLimit, m_actions.documentName(),
-                     [this](const std::string& sName) { saveUnder(sName); });
+    m_parts.popUps.askText("Save Tile", s_uNameLimit, m_parts.actions.documentName(),
+                           [this](const std::string& sName) { saveUnder(sName); });
 }
 
 void TileEditorInterface::saveUnder(const std::string& sName)
 {
-    if (!m_actions.isDocumentOpen())
+    if (!m_parts.actions.isDocumentOpen())
         QM_LOG_WARNING("Tile Save Error");
     else if (!isValidFileName(sName))
-        m_popUps.showMessage("ERROR_MESSAGE", "Invalid file name!");
+        m_parts.popUps.showMessage("ERROR_MESSAGE", "Invalid file name!");
     else
-        m_actions.saveAs(sName,
-                         sName == m_actions.documentName() ? m_actions.documentDirectory() : std::string());
+        m_parts.actions.saveAs(sName, sName == m_parts.actions.documentName()
+                                          ? m_parts.actions.documentDirectory()
+                                          : std::string());
 }
 
 void TileEditorInterface::toggleStatusOverlay()
@@ -316,11 +336,17 @@ void TileEditorInterface::updateOverlay(uint32_t uFrames, double fCpuMs, double 
         sText = statusText({.uFrames = uFrames,
                             .fCpuMs = fCpuMs,
                             .fGpuMs = fGpuMs,
-                            .camera = m_actions.cameraStatus().position,
-                            .cursor = m_actions.cursorHit().value_or(std::array<float, 3>{}),
-                            .gridSpacing = m_actions.gridSpacing()});
-    if (m_pFace->pInfoBox->getCaption() != MyGUI::UString(sText))
-        m_pFace->pInfoBox->setCaption(sText);
+                            .camera = m_parts.actions.cameraStatus().position,
+                            .cursor = m_parts.actions.cursorHit().value_or(std::array<float, 3>{}),
+                            .gridSpacing = m_parts.actions.gridSpacing()});
+    if (m_pFace->pInfoBox->getCaption() == MyGUI::UString(sText))
+        return;
+    m_pFace->pInfoBox->setCaption(sText);
+    m_pFace->pInfoBox->setVisible(!sText.empty());
+    // Grows with its text, but never shrinks: figures that change don't make it tremble.
+    const MyGUI::IntSize text = m_pFace->pInfoBox->getTextSize();
+    m_pFace->pInfoBox->setSize(std::max(m_pFace->pInfoBox->getWidth(), text.width + px(2 * s_iInfoPadding)),
+                               text.height + px(2 * s_iInfoPadding - 4));
 }
 
 void TileEditorInterface::refresh(uint32_t)
@@ -328,19 +354,19 @@ void TileEditorInterface::refresh(uint32_t)
     if (!m_pFace)
         return;
     if (m_pFace->pLeftMenuBar)
-        for (const EntryState& state : leftBarStates(m_actions))
+        for (const EntryState& state : leftBarStates(m_parts.actions))
         {
             m_pFace->pLeftMenuBar->setEnabled(state.sId, state.bEnabled);
             m_pFace->pLeftMenuBar->setChecked(state.sId, state.bChecked);
         }
     if (m_pFace->pCenterMenuBar)
-        for (const MenuEntry& button : buildToolButtons(m_actions, m_keys))
+        for (const MenuEntry& button : buildToolButtons(m_parts.actions, m_parts.keys))
         {
             m_pFace->pCenterMenuBar->setColour(button.sId, *button.colour);
             m_pFace->pCenterMenuBar->setChecked(button.sId, button.bChecked);
             m_pFace->pCenterMenuBar->setIcon(button.sId, button.sIcon);
         }
-    if (m_pFace->pRightMenuBar && m_pFace->pRightMenuBar->replace(buildRightBar(m_actions)))
+    if (m_pFace->pRightMenuBar && m_pFace->pRightMenuBar->replace(buildRightBar(m_parts.actions)))
         m_pFace->placeRightBar();
     if (m_pFace->pBrushWindow)
         m_pFace->pBrushWindow->refresh();
@@ -350,25 +376,25 @@ void TileEditorInterface::refresh(uint32_t)
 
 void TileEditorInterface::showMessage(std::string_view sTitle, std::string_view sText)
 {
-    m_popUps.showMessage(sTitle, sText);
+    m_parts.popUps.showMessage(sTitle, sText);
 }
 
 void TileEditorInterface::askYesNo(std::string_view sTitle, std::string_view sText,
                                    std::function<void()> onYes)
 {
-    m_popUps.askYesNo(sTitle, sText, std::move(onYes));
+    m_parts.popUps.askYesNo(sTitle, sText, std::move(onYes));
 }
 
 void TileEditorInterface::showProgress(std::string_view sName, float fDone)
 {
-    m_popUps.showProgress(sName, fDone);
-    if (m_fnDrawFrame)
-        m_fnDrawFrame();
+    m_parts.popUps.showProgress(sName, fDone);
+    if (m_parts.fnDrawFrame)
+        m_parts.fnDrawFrame();
 }
 
 void TileEditorInterface::hideProgress()
 {
-    m_popUps.hideProgress();
+    m_parts.popUps.hideProgress();
 }
 
 } // namespace tilebuilder

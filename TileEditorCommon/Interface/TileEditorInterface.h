@@ -2,49 +2,51 @@
 
 #include "MyGuiCommon/GuiSystemManager.h"
 #include "TileEditorCommon/Contracts/EditorInterfaceI.h"
-#include "TileEditorCommon/Interface/KeyBindings.h"
 
 #include <functional>
 #include <memory>
 #include <string>
 
-class InputManager;
 class PopUpManager;
 
 namespace tilebuilder
 {
 
 class EditorActionsI;
+class KeyBindings;
+
+/// What the interface works with; all are borrowed and outlive it.
+struct InterfaceParts
+{
+    GuiSystemManager& gui;
+    PopUpManager& popUps;
+    EditorActionsI& actions;
+    KeyBindings& keys;
+    bool bInfoBox = true;              ///< has the status overlay
+    std::function<void()> fnDrawFrame; ///< draws and shows a frame at once, for progress; may be empty
+};
 
 /// Holds no state of the document: refresh() reads the editor object and sets every enable, check
 /// mark, colour and text anew.
 ///
-/// Owns the key table and binds the editor's actions to it. All widgets go and come back when the
-/// GUI's size class changes.
+/// The constructor binds the editor's actions to the key table. All widgets go and come back when
+/// the GUI's size class changes.
 /// Threads: main thread only.
 class TileEditorInterface : public EditorInterfaceI, public GuiReloadListener
 {
 public:
-    /// All are borrowed and outlive it. bInfoBox: there is a status overlay.
-    TileEditorInterface(EditorActionsI& actions, GuiSystemManager& gui, PopUpManager& popUps,
-                        const InputManager& input, bool bInfoBox = true);
+    explicit TileEditorInterface(const InterfaceParts& parts);
     ~TileEditorInterface() override;
     TileEditorInterface(const TileEditorInterface&) = delete;
     TileEditorInterface& operator=(const TileEditorInterface&) = delete;
-
-    /// Called to draw and show a frame at once, while long work reports its progress.
-    void setDrawFrame(std::function<void()> fnDrawFrame) { m_fnDrawFrame = std::move(fnDrawFrame); }
-
-    /// Runs the actions of this frame's keys and wheel steps; once a frame, before the editor's update.
-    void updateKeys();
-    /// For actions that are polled.
-    [[nodiscard]] const KeyBindings& keys() const { return m_keys; }
 
     /// Shows the figures of the last second in the status overlay; each frame.
     void updateOverlay(uint32_t uFrames, double fCpuMs, double fGpuMs);
 
     /// MyGUI reports neither a widget under the mouse nor one with the keyboard.
     [[nodiscard]] bool isPointerFree() const;
+
+    void showHelpWindow();
 
     // EditorInterfaceI
 
@@ -75,12 +77,7 @@ private:
     void saveUnder(const std::string& sName);
     void hidePopups();
 
-    EditorActionsI& m_actions;
-    GuiSystemManager& m_gui;
-    PopUpManager& m_popUps;
-    KeyBindings m_keys;
-    bool m_bInfoBox;
-    std::function<void()> m_fnDrawFrame;
+    InterfaceParts m_parts;
     std::unique_ptr<Face> m_pFace; ///< all widgets; null while the GUI starts anew
     bool m_bInfoHidden = false;
 };
