@@ -62,7 +62,7 @@ void Tile::takeIdentity(const CheckedImage& checked, const std::string& sDirecto
     QM_LOG("Size: ", header.width, ", ", header.height);
     QM_LOG("Type: ", uType);
     QM_LOG("Tile UUID: {", header.uuid.text(), "}");
-    QM_LOG("Creator ID: ", header.creatorId);
+    QM_LOG("Creator ID: ", uint64_t{header.creatorId});
     m_directory = sDirectory;
     m_name = sName;
     m_uuid = header.uuid;
