@@ -138,21 +138,22 @@ void touchAll(BenchTile& world)
 int rebuilds(BenchTile& world)
 {
     rend::RecordingDevice device;
+    rend::TerrainSurfaceBindings bindings;
     tilebuilder::GroundUploader uploader(device);
     EditorTerrainSurface& surface = world.surface;
-    uploader.update(surface);
+    uploader.upload(surface, bindings);
     PlainSurface plain = copyOf(surface);
     const auto floor = [&] { plain.rebuild(surface.texels0(), surface.texels1()); };
     const auto product = [&]
     {
         surface.rebuild();
-        uploader.update(surface);
+        uploader.upload(surface, bindings);
         device.clearCalls();
     };
     const auto equal = [&]
     {
-        const auto& vecVertices = device.buffer(uploader.vertexBuffer())->vecBytes;
-        const auto& vecIndices = device.buffer(uploader.indexBuffer())->vecBytes;
+        const auto& vecVertices = device.buffer(bindings.vertexBuffer)->vecBytes;
+        const auto& vecIndices = device.buffer(bindings.indexBuffer)->vecBytes;
         return std::memcmp(vecVertices.data(), surface.vertices().data(), vecVertices.size()) == 0 &&
                std::memcmp(vecVertices.data(), plain.vecVertexUpload.data(), vecVertices.size()) == 0 &&
                vecIndices == plain.vecIndexUpload;

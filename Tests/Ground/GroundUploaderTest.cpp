@@ -17,7 +17,7 @@ struct GroundUploaderTest : testing::Test
     {
         device.clearCalls();
         if (world.surface.rebuild())
-            bNew = uploader.update(world.surface);
+            uploader.upload(world.surface, bindings);
     }
 
     /// The device's bytes are the surface's.
@@ -25,15 +25,15 @@ struct GroundUploaderTest : testing::Test
     {
         const auto same = [](const std::vector<std::byte>& vecBytes, const auto& spanValues)
         { return std::ranges::equal(vecBytes, std::as_bytes(spanValues)); };
-        EXPECT_TRUE(same(device.buffer(uploader.vertexBuffer())->vecBytes, world.surface.vertices()));
-        EXPECT_TRUE(same(device.buffer(uploader.indexBuffer())->vecBytes, world.surface.indices()));
-        EXPECT_TRUE(same(device.texture(uploader.texture0())->vecBytes, world.surface.texels0()));
-        EXPECT_TRUE(same(device.texture(uploader.texture1())->vecBytes, world.surface.texels1()));
+        EXPECT_TRUE(same(device.buffer(bindings.vertexBuffer)->vecBytes, world.surface.vertices()));
+        EXPECT_TRUE(same(device.buffer(bindings.indexBuffer)->vecBytes, world.surface.indices()));
+        EXPECT_TRUE(same(device.texture(bindings.texture0)->vecBytes, world.surface.texels0()));
+        EXPECT_TRUE(same(device.texture(bindings.texture1)->vecBytes, world.surface.texels1()));
     }
 
     LogCapture log;
     rend::RecordingDevice device;
-    bool bNew = false; ///< what the latest upload answered
+    rend::TerrainSurfaceBindings bindings;
     GroundWorld world{2, 1};
     GroundUploader uploader{device};
 };
@@ -41,8 +41,8 @@ struct GroundUploaderTest : testing::Test
 TEST_F(GroundUploaderTest, publishesTheGroundAndKeepsItEqual)
 {
     frame();
-    EXPECT_EQ(uploader.indexCount(), 64u * 32 * 6);
-    const auto& info = device.buffer(uploader.constantBuffer())->vecBytes;
+    EXPECT_EQ(bindings.indexCount, 64u * 32 * 6);
+    const auto& info = device.buffer(bindings.surfaceInfo)->vecBytes;
     ASSERT_EQ(info.size(), 16u);
     uint32_t uVertices;
     float fInverse;
@@ -52,11 +52,8 @@ TEST_F(GroundUploaderTest, publishesTheGroundAndKeepsItEqual)
     EXPECT_EQ(fInverse, 1.0f / 64);
     expectEqual();
 
-    EXPECT_TRUE(bNew);
-
     world.surface.raise(GroundWorld::dab(70, 30, 9, 1, 1), 1.0f);
     frame();
-    EXPECT_FALSE(bNew);
     expectEqual();
     world.surface.paintMaterial(5, false, GroundWorld::dab(127, 63, 4, 1));
     frame();
@@ -80,17 +77,19 @@ TEST_F(GroundUploaderTest, colourSendsNoTriangles)
 TEST_F(GroundUploaderTest, newGridsGetNewResourcesAndReleaseLeavesNone)
 {
     frame();
-    const rend::BufferHandle before = uploader.vertexBuffer();
+    const rend::BufferHandle before = bindings.vertexBuffer;
     world.surface.init(64, 64);
     frame();
-    EXPECT_NE(uploader.vertexBuffer(), before);
+    EXPECT_NE(bindings.vertexBuffer, before);
     EXPECT_EQ(device.bufferCount(), 3u);
     EXPECT_EQ(device.textureCount(), 2u);
     expectEqual();
-    uploader.release();
+    bindings.diffuseArray = {77};
+    uploader.release(bindings);
     EXPECT_EQ(device.bufferCount() + device.textureCount(), 0u);
-    EXPECT_FALSE(uploader.vertexBuffer() || uploader.texture1());
-    EXPECT_EQ(uploader.indexCount(), 0u);
+    EXPECT_FALSE(bindings.vertexBuffer || bindings.texture1);
+    EXPECT_FALSE(bindings.diffuseArray);
+    EXPECT_EQ(bindings.indexCount, 0u);
     world.surface.raise(GroundWorld::dab(30, 30, 9, 1), 1.0f);
     frame(); // made again
     expectEqual();
