@@ -44,4 +44,8 @@ struct Registration
 };
 [[nodiscard]] const std::vector<Group>& groups();
 
+/// Loads the tile of a folder and saves it again, for a process of its own whose memory is
+/// measured. The exit status.
+int loadAndSave(const std::string& sFolder);
+
 } // namespace bench

@@ -6,6 +6,8 @@
 /// "--only NAME" runs the comparisons whose name holds the text. Status 1: a limit was missed.
 int main(int iArguments, char** ppArguments)
 {
+    if (iArguments == 3 && std::strcmp(ppArguments[1], "--load-and-save") == 0)
+        return bench::loadAndSave(ppArguments[2]);
     if (iArguments == 3 && std::strcmp(ppArguments[1], "--only") == 0)
         bench::setFilter(ppArguments[2]);
     else if (iArguments != 1)
