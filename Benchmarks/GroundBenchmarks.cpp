@@ -189,8 +189,6 @@ int rebuilds(BenchTile& world)
     for (const float fRadius : {12.5f, 50.0f})
         iMissed +=
             !run({.sName = "dab, rebuild and upload, " + std::to_string(static_cast<int>(fRadius)) + " m",
-                  .fLimit = 1.0e9,
-                  .fnFloor = [] {},
                   .fnProduct =
                       [&]
                   {
@@ -201,8 +199,6 @@ int rebuilds(BenchTile& world)
     for (const float fRadius : {12.5f, 50.0f})
         iMissed += !run(
             {.sName = "smooth dab, rebuild and upload, " + std::to_string(static_cast<int>(fRadius)) + " m",
-             .fLimit = 1.0e9,
-             .fnFloor = [] {},
              .fnProduct =
                  [&]
              {

@@ -12,8 +12,8 @@ namespace bench
 struct Comparison
 {
     std::string sName;
-    double fLimit = 1.0; ///< product / floor at most
-    std::function<void()> fnFloor;
+    double fLimit = 0.0;           ///< product / floor at most; 0: none
+    std::function<void()> fnFloor; ///< may be empty, for a limit in milliseconds alone
     std::function<void()> fnProduct;
     std::function<bool()> fnEqual;         ///< whether both gave the same; asked once, at the end
     std::function<void()> fnBeforeFloor;   ///< untimed

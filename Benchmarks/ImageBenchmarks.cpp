@@ -279,11 +279,9 @@ int reading(BenchTile& world)
     int iMissed = !run(
         {.sName = "Tile::read alone", .fLimit = 1.5, .fnFloor = floor, .fnProduct = read, .fnEqual = equal});
     world.host.fnReinitialise = makeGrids;
-    iMissed +=
-        !run({.sName = "Tile::read with new grids", .fLimit = 1.0e9, .fnFloor = floor, .fnProduct = read});
+    iMissed += !run({.sName = "Tile::read with new grids", .fnFloor = floor, .fnProduct = read});
     iMissed +=
         !run({.sName = "Tile::read of a state, all cells changed",
-              .fLimit = 1.0e9,
               .fnFloor = floor,
               .fnProduct = [&] { world.tile.read(state.bytes(), "$TEST_DATA", "x.tile", true, true, false); },
               .fnBeforeProduct = [&] { world.tile.clearCache(); }});
