@@ -2,7 +2,7 @@
 
 #include "Benchmarks/BenchTile.h"
 #include "Benchmarks/Harness.h"
-#include "KestrelCommon/Core/Hash.h"
+#include "KestrelCommon/Device/RecordingDevice.h"
 #include "TileEditorCommon/Ground/DisplayColor.h"
 #include "TileEditorCommon/Ground/GroundUploader.h"
 
@@ -23,70 +23,6 @@ using tilebuilder::GridRect;
 
 constexpr size_t Side = 513;
 constexpr size_t Quads = 512;
-
-/// Takes uploads into memory of its own, as a driver does.
-class MemoryDevice : public rend::GraphicsDeviceI
-{
-public:
-    bool isSoftware() const override { return true; }
-    rend::BufferHandle createBuffer(const rend::BufferDesc& desc, std::span<const std::byte> spanInitial) override
-    {
-        m_vecMemory.emplace_back(spanInitial.begin(), spanInitial.end());
-        m_vecMemory.back().resize(desc.uSize);
-        return {static_cast<uint32_t>(m_vecMemory.size())};
-    }
-    bool updateBuffer(rend::BufferHandle buffer, size_t uOffset, std::span<const std::byte> spanData) override
-    {
-        std::ranges::copy(spanData, m_vecMemory[buffer.uId - 1].begin() + static_cast<ptrdiff_t>(uOffset));
-        return true;
-    }
-    void destroyBuffer(rend::BufferHandle) override {}
-    rend::TextureHandle createTexture(const rend::TextureDesc& desc) override
-    {
-        m_vecMemory.emplace_back(static_cast<size_t>(desc.iWidth) * static_cast<size_t>(desc.iHeight) * 4);
-        m_uRow = static_cast<size_t>(desc.iWidth) * 4;
-        return {static_cast<uint32_t>(m_vecMemory.size())};
-    }
-    bool updateTexture(rend::TextureHandle texture, const rend::TextureRegion& region, size_t uRowPitch,
-                       std::span<const std::byte> spanData) override
-    {
-        for (size_t j = 0; j < static_cast<size_t>(region.iHeight); ++j)
-            std::memcpy(m_vecMemory[texture.uId - 1].data() + (static_cast<size_t>(region.iY) + j) * m_uRow + static_cast<size_t>(region.iX) * 4,
-                        spanData.data() + j * uRowPitch, static_cast<size_t>(region.iWidth) * 4);
-        return true;
-    }
-    void generateMips(rend::TextureHandle) override {}
-    void destroyTexture(rend::TextureHandle) override {}
-    rend::PipelineHandle createPipeline(const rend::PipelineDesc&) override { return {}; }
-    void destroyPipeline(rend::PipelineHandle) override {}
-    rend::TargetHandle createTarget(const rend::TargetDesc&) override { return {}; }
-    rend::TextureHandle targetColour(rend::TargetHandle) const override { return {}; }
-    rend::TextureHandle targetDepth(rend::TargetHandle) const override { return {}; }
-    bool readTarget(rend::TargetHandle, std::span<std::byte>) override { return false; }
-    void destroyTarget(rend::TargetHandle) override {}
-    void beginPass(rend::TargetHandle, const rend::PassSettings&) override {}
-    void endPass() override {}
-    void setPipeline(rend::PipelineHandle) override {}
-    void setTexture(uint32_t, rend::TextureHandle, rend::SamplerMode) override {}
-    void setUniformBuffer(uint32_t, rend::BufferHandle) override {}
-    void setVertexBuffer(uint32_t, rend::BufferHandle, size_t) override {}
-    void setIndexBuffer(rend::BufferHandle, rend::IndexWidth) override {}
-    void setScissor(int, int, int, int) override {}
-    void clearScissor() override {}
-    void draw(uint32_t, uint32_t, uint32_t, uint32_t) override {}
-    void drawIndexed(uint32_t, uint32_t, uint32_t, uint32_t) override {}
-    bool resize(int, int) override { return true; }
-    int width() const override { return 1; }
-    int height() const override { return 1; }
-    bool present() override { return true; }
-    double gpuMilliseconds() const override { return 0.0; }
-
-    [[nodiscard]] const std::vector<std::byte>& memory(uint32_t uId) const { return m_vecMemory[uId - 1]; }
-
-private:
-    std::vector<std::vector<std::byte>> m_vecMemory;
-    size_t m_uRow = 0;
-};
 
 /// The same surface without any bookkeeping.
 struct PlainSurface
@@ -195,19 +131,21 @@ void touchAll(BenchTile& world)
 
 int rebuilds(BenchTile& world)
 {
-    MemoryDevice device;
+    rend::RecordingDevice device;
+    rend::TerrainSurfaceBindings bindings;
     tilebuilder::GroundUploader uploader(device);
     EditorTerrainSurface& surface = world.surface;
-    uploader.update(surface);
+    uploader.upload(surface, bindings);
     PlainSurface plain = copyOf(surface);
     const auto floor = [&] { plain.rebuild(surface.texels0(), surface.texels1()); };
     const auto product = [&] {
         surface.rebuild();
-        uploader.update(surface);
+        uploader.upload(surface, bindings);
+        device.clearCalls();
     };
     const auto equal = [&] {
-        const auto& vecVertices = device.memory(uploader.vertexBuffer().uId);
-        const auto& vecIndices = device.memory(uploader.indexBuffer().uId);
+        const auto& vecVertices = device.buffer(bindings.vertexBuffer)->vecBytes;
+        const auto& vecIndices = device.buffer(bindings.indexBuffer)->vecBytes;
         return std::memcmp(vecVertices.data(), surface.vertices().data(), vecVertices.size()) == 0 &&
                std::memcmp(vecVertices.data(), plain.vecVertexUpload.data(), vecVertices.size()) == 0 && vecIndices == plain.vecIndexUpload;
     };

@@ -1,5 +1,7 @@
 #include "TileEditorCommon/Ground/GroundUploader.h"
 
+#include "TileEditorCommon/Ground/TerrainGroundMaterialSet.h"
+
 namespace tilebuilder
 {
 
@@ -18,7 +20,7 @@ constexpr size_t s_uQuadBytes = 6 * sizeof(uint32_t);
 
 } // namespace
 
-void GroundUploader::release()
+void GroundUploader::destroy()
 {
     m_device.destroyBuffer(std::exchange(m_vertexBuffer, {}));
     m_device.destroyBuffer(std::exchange(m_indexBuffer, {}));
@@ -27,6 +29,33 @@ void GroundUploader::release()
     m_device.destroyTexture(std::exchange(m_texture1, {}));
     m_uIndexCount = 0;
     m_uLayout = 0;
+}
+
+void GroundUploader::publish(rend::TerrainSurfaceBindings& bindings) const
+{
+    bindings.vertexBuffer = m_vertexBuffer;
+    bindings.indexBuffer = m_indexBuffer;
+    bindings.surfaceInfo = m_constantBuffer;
+    bindings.texture0 = m_texture0;
+    bindings.texture1 = m_texture1;
+    bindings.indexCount = m_uIndexCount;
+    bindings.indexWidth = rend::IndexWidth::Bits32;
+    bindMaterials(bindings);
+}
+
+void GroundUploader::bindMaterials(rend::TerrainSurfaceBindings& bindings) const
+{
+    if (!m_pMaterials)
+        return;
+    bindings.diffuseArray = m_pMaterials->diffuseArray();
+    bindings.asgArray = m_pMaterials->asgArray();
+    bindings.normalArray = m_pMaterials->normalArray();
+}
+
+void GroundUploader::release(rend::TerrainSurfaceBindings& bindings)
+{
+    destroy();
+    bindings.release();
 }
 
 void GroundUploader::create(const EditorTerrainSurface& surface)
@@ -66,17 +95,18 @@ void GroundUploader::sendTexels(const EditorTerrainSurface& surface, const GridR
     m_device.updateTexture(m_texture1, region, uPitch, std::as_bytes(surface.texels1().subspan(uFirst, uCount)));
 }
 
-bool GroundUploader::update(EditorTerrainSurface& surface)
+void GroundUploader::upload(EditorTerrainSurface& surface, rend::TerrainSurfaceBindings& bindings)
 {
     const SurfaceUploads uploads = surface.pending();
     surface.clearPending();
     if (uploads.uLayout != m_uLayout)
     {
-        release();
+        destroy();
         m_uLayout = uploads.uLayout;
         if (surface.isInitialised())
             create(surface);
-        return true;
+        publish(bindings);
+        return;
     }
     if (!uploads.vertices.empty())
     {
@@ -95,7 +125,6 @@ bool GroundUploader::update(EditorTerrainSurface& surface)
     }
     if (!uploads.texels.empty())
         sendTexels(surface, uploads.texels);
-    return false;
 }
 
 } // namespace tilebuilder
