@@ -372,6 +372,14 @@ bool Window::isRelativeMouse() const
     return SDL_GetRelativeMouseMode() == SDL_TRUE;
 }
 
+void Window::setTextInput(bool bOn)
+{
+    if (bOn)
+        SDL_StartTextInput();
+    else
+        SDL_StopTextInput();
+}
+
 std::string Window::clipboardText()
 {
     char* pText = SDL_GetClipboardText();
