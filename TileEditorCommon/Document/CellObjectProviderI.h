@@ -23,7 +23,9 @@ struct ObjectCell
 /// are carried from file to file as they are.
 ///
 /// Threads: appendRecords() and revision() from many threads between prepareWrite() and
-///          releaseWrite(), all else on the main thread.
+///          releaseWrite(), checkRecords() from many at any time, all else on the main thread.
+///          appendRecords() must not wait for tasks of its own: its thread would take up another
+///          cell with the stream half filled.
 class CellObjectProviderI
 {
 public:
