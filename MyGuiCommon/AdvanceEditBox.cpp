@@ -3,7 +3,6 @@
 #include "MyGuiCommon/GuiMetrics.h"
 
 #include <MyGUI_Button.h>
-#include <MyGUI_EditBox.h>
 #include <MyGUI_InputManager.h>
 
 namespace
@@ -12,6 +11,13 @@ namespace
 constexpr int s_iDragStart = 3; ///< units of movement that tell a drag from a click
 
 } // namespace
+
+void NumberEdit::onKeyButtonPressed(MyGUI::KeyCode key, MyGUI::Char uChar)
+{
+    if (key == MyGUI::KeyCode::Escape && m_fnEscape)
+        m_fnEscape();
+    EditBox::onKeyButtonPressed(key, uChar);
+}
 
 void AdvanceEditBox::initialiseOverride()
 {
@@ -32,6 +38,7 @@ void AdvanceEditBox::initialiseOverride()
     if (m_pEdit)
     {
         m_pEdit->setVisible(false);
+        m_pEdit->m_fnEscape = [this] { endEdit(false); };
         m_pEdit->eventEditSelectAccept += MyGUI::newDelegate(this, &AdvanceEditBox::onAccept);
         m_pEdit->eventKeyButtonPressed += MyGUI::newDelegate(this, &AdvanceEditBox::onKey);
         m_pEdit->eventKeyLostFocus += MyGUI::newDelegate(this, &AdvanceEditBox::onEditLostFocus);
@@ -152,8 +159,9 @@ void AdvanceEditBox::onMouseLostFocus(MyGUI::Widget* pNew)
 
 void AdvanceEditBox::beginEdit()
 {
-    if (!m_pEdit || m_pEdit->getVisible())
+    if (!m_pEdit || m_bEditing)
         return;
+    m_bEditing = true;
     m_pEdit->setVisible(true);
     m_pText->setVisible(false);
     m_pEdit->setOnlyText(std::to_string(m_iValue));
@@ -163,7 +171,8 @@ void AdvanceEditBox::beginEdit()
 
 void AdvanceEditBox::endEdit(bool bTake)
 {
-    if (!m_pEdit || !m_pEdit->getVisible())
+    if (!m_pEdit ||
+        !std::exchange(m_bEditing, false)) // hiding the box takes its focus, which ends here again
         return;
     const std::optional<int32_t> typed = NumberBoxModel::parse(m_range, std::string(m_pEdit->getOnlyText()));
     m_pEdit->setVisible(false);
@@ -186,9 +195,7 @@ void AdvanceEditBox::onAccept(MyGUI::EditBox*)
 
 void AdvanceEditBox::onKey(MyGUI::Widget*, MyGUI::KeyCode key, MyGUI::Char)
 {
-    if (key == MyGUI::KeyCode::Escape)
-        endEdit(false);
-    else if (key == MyGUI::KeyCode::ArrowUp || key == MyGUI::KeyCode::ArrowDown)
+    if (key == MyGUI::KeyCode::ArrowUp || key == MyGUI::KeyCode::ArrowDown)
     {
         change(NumberBoxModel::step(m_range, m_iValue, key == MyGUI::KeyCode::ArrowUp ? 1 : -1));
         m_pEdit->setOnlyText(std::to_string(m_iValue));

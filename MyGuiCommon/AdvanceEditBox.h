@@ -2,15 +2,27 @@
 
 #include "MyGuiCommon/NumberBoxModel.h"
 
-#include <MyGUI_Widget.h>
+#include <MyGUI_EditBox.h>
 #include <functional>
 
 namespace MyGUI
 {
 class Button;
-class EditBox;
 class TextBox;
 } // namespace MyGUI
+
+/// The box to type a number in. Escape is told before the box gives the keyboard away, which else
+/// would look like a click beside it.
+class NumberEdit : public MyGUI::EditBox
+{
+    MYGUI_RTTI_DERIVED(NumberEdit)
+
+public:
+    std::function<void()> m_fnEscape;
+
+protected:
+    void onKeyButtonPressed(MyGUI::KeyCode key, MyGUI::Char uChar) override;
+};
 
 /// Drag along the box to slide, press the arrows at its ends to step by 1, click it to type. Enter
 /// takes the typed number, Escape drops it; the arrow keys step while typing.
@@ -59,10 +71,11 @@ private:
     std::function<void(int32_t)> m_fnChanged;
     MyGUI::Widget* m_pFill = nullptr;
     MyGUI::TextBox* m_pText = nullptr;
-    MyGUI::EditBox* m_pEdit = nullptr;
+    NumberEdit* m_pEdit = nullptr;
     MyGUI::Button* m_pLess = nullptr;
     MyGUI::Button* m_pMore = nullptr;
     int m_iPressX = 0;
     bool m_bPressed = false;
     bool m_bSliding = false;
+    bool m_bEditing = false;
 };

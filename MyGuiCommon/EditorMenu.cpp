@@ -3,12 +3,14 @@
 #include "KestrelCommon/Core/Hash.h"
 #include "MyGuiCommon/EditorButton.h"
 #include "MyGuiCommon/GuiMetrics.h"
+#include "MyGuiCommon/GuiText.h"
 #include "MyGuiCommon/GuiTips.h"
 
 #include <MyGUI_Gui.h>
 #include <MyGUI_MenuBar.h>
 #include <MyGUI_MenuItem.h>
 #include <MyGUI_PopupMenu.h>
+#include <MyGUI_TextIterator.h>
 #include <deque>
 
 namespace
@@ -17,6 +19,20 @@ namespace
 constexpr int s_iButtonSize = 28;
 constexpr int s_iButtonGap = 4;
 constexpr int s_iSeparatorWidth = 9;
+constexpr int s_iMaxTextButton = 320;
+
+/// Makes a button as wide as its text, and shortens the text when that is too wide.
+void fitText(EditorButton& button, int iHeight)
+{
+    const int iMost = GuiMetrics::px(s_iMaxTextButton);
+    const int iNeeded = button.neededWidth();
+    if (iNeeded > iMost)
+    {
+        const std::string sPlain = MyGUI::TextIterator::getOnlyText(button.getCaption());
+        GuiText::fitCaption(button, sPlain, iMost - (iNeeded - button.getTextSize().width));
+    }
+    button.setSize(std::min(button.neededWidth(), iMost), iHeight);
+}
 
 MyGUI::Colour toColour(const std::array<float, 4>& colour)
 {
@@ -122,7 +138,7 @@ void EditorMenu::Impl::addButton(const MenuEntry& entry)
     if (entry.colour && !entry.sIcon.empty())
         slot.pButton->setIconColour(toColour(*entry.colour));
     if (bText)
-        slot.pButton->setSize(slot.pButton->neededWidth(), iHeight);
+        fitText(*slot.pButton, iHeight);
     iWidth += slot.pButton->getWidth() + GuiMetrics::px(s_iButtonGap);
     if (!entry.sTip.empty())
         pTips->set(slot.pButton, entry.sTip);

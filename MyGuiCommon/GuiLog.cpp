@@ -30,26 +30,25 @@ public:
 
 struct GuiLog::Impl
 {
-    MyGUI::LogManager manager;
     MyGUI::LevelLogFilter filter;
     ConsoleListener console;
     MyGUI::FileLogListener file;
-    MyGUI::LogSource* pSource = nullptr; ///< owned by the manager
+    MyGUI::LogSource source;
+    MyGUI::LogManager manager; ///< ends first; it closes the source but doesn't own it
 };
 
 GuiLog::GuiLog(const std::string& sFile) : m_pImpl(std::make_unique<Impl>())
 {
     m_pImpl->filter.setLoggingLevel(MyGUI::LogLevel::Info);
-    m_pImpl->pSource = new MyGUI::LogSource();
-    m_pImpl->pSource->addLogListener(&m_pImpl->console);
+    m_pImpl->source.addLogListener(&m_pImpl->console);
     if (!sFile.empty())
     {
         m_pImpl->file.setFileName(sFile);
-        m_pImpl->pSource->addLogListener(&m_pImpl->file);
+        m_pImpl->source.addLogListener(&m_pImpl->file);
     }
-    m_pImpl->pSource->setLogFilter(&m_pImpl->filter);
-    m_pImpl->pSource->open();
-    m_pImpl->manager.addLogSource(m_pImpl->pSource);
+    m_pImpl->source.setLogFilter(&m_pImpl->filter);
+    m_pImpl->source.open();
+    m_pImpl->manager.addLogSource(&m_pImpl->source);
 }
 
 GuiLog::~GuiLog() = default;

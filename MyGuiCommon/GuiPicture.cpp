@@ -1,20 +1,12 @@
 #include "MyGuiCommon/GuiPicture.h"
 
 #include "KestrelCommon/Core/Console.h"
-
-#include <FreeImage.h>
+#include "KestrelCommon/Resources/Picture.h"
 
 namespace
 {
 
-constexpr unsigned s_uMaxSide = 8192;
 constexpr int s_iBleedPixels = 4;
-
-struct BitmapDeleter
-{
-    void operator()(FIBITMAP* pBitmap) const { FreeImage_Unload(pBitmap); }
-};
-using Bitmap = std::unique_ptr<FIBITMAP, BitmapDeleter>;
 
 /// Gives each clear pixel that has a coloured neighbour the mean of those neighbours' colours.
 void bleedOnce(GuiPicture& picture, std::vector<uint8_t>& vecKnown)
@@ -59,35 +51,15 @@ void bleedColours(GuiPicture& picture)
 
 std::optional<GuiPicture> loadGuiPicture(const std::string& sRealPath)
 {
-    const FREE_IMAGE_FORMAT eFormat = FreeImage_GetFileType(sRealPath.c_str(), 0);
-    Bitmap pLoaded(eFormat == FIF_UNKNOWN ? nullptr : FreeImage_Load(eFormat, sRealPath.c_str(), 0));
-    const Bitmap pBitmap(pLoaded ? FreeImage_ConvertTo32Bits(pLoaded.get()) : nullptr);
-    if (!pBitmap)
+    const auto loaded = resource::loadPicture(sRealPath);
+    if (!loaded)
     {
         QM_LOG_ERROR("Failed to load picture '", sRealPath, "'");
         return std::nullopt;
     }
-    const unsigned uWidth = FreeImage_GetWidth(pBitmap.get());
-    const unsigned uHeight = FreeImage_GetHeight(pBitmap.get());
-    if (uWidth == 0 || uHeight == 0 || uWidth > s_uMaxSide || uHeight > s_uMaxSide)
-    {
-        QM_LOG_ERROR("Picture '", sRealPath, "' has an impossible size: ", uWidth, " x ", uHeight);
-        return std::nullopt;
-    }
-    GuiPicture picture{static_cast<int>(uWidth), static_cast<int>(uHeight), {}};
-    picture.vecPixels.resize(size_t{uWidth} * uHeight * 4);
-    for (unsigned uY = 0; uY < uHeight; ++uY)
-    {
-        const BYTE* pLine = FreeImage_GetScanLine(pBitmap.get(), static_cast<int>(uHeight - 1 - uY));
-        uint8_t* pOut = picture.vecPixels.data() + size_t{uY} * uWidth * 4;
-        for (unsigned uX = 0; uX < uWidth; ++uX, pLine += 4, pOut += 4)
-        {
-            pOut[0] = pLine[FI_RGBA_RED];
-            pOut[1] = pLine[FI_RGBA_GREEN];
-            pOut[2] = pLine[FI_RGBA_BLUE];
-            pOut[3] = pLine[FI_RGBA_ALPHA];
-        }
-    }
+    GuiPicture picture{loaded->iWidth, loaded->iHeight, {}};
+    picture.vecPixels.resize(loaded->vecPixels.size());
+    std::memcpy(picture.vecPixels.data(), loaded->vecPixels.data(), loaded->vecPixels.size());
     bleedColours(picture);
     return picture;
 }

@@ -15,6 +15,7 @@
 #include <MyGUI_Gui.h>
 #include <MyGUI_InputManager.h>
 #include <MyGUI_LanguageManager.h>
+#include <MyGUI_MenuControl.h>
 #include <MyGUI_PointerManager.h>
 #include <MyGUI_ResourceManager.h>
 #include <MyGUI_TextIterator.h>
@@ -285,6 +286,18 @@ bool GuiSystemManager::isEditing() const
     return pWidget && pWidget->isType<MyGUI::EditBox>();
 }
 
+/// An open menu goes when it loses the keyboard.
+bool GuiSystemManager::closeMenus()
+{
+    MyGUI::InputManager& input = MyGUI::InputManager::getInstance();
+    MyGUI::Widget* pWidget = input.getKeyFocusWidget();
+    while (pWidget && !pWidget->isType<MyGUI::MenuControl>())
+        pWidget = pWidget->getParent();
+    if (pWidget)
+        input.resetKeyFocusWidget();
+    return pWidget != nullptr;
+}
+
 bool GuiSystemManager::mouseMove(int iX, int iY, int iWheelSum)
 {
     return m_pCore && MyGUI::InputManager::getInstance().injectMouseMove(iX, iY, iWheelSum);
@@ -304,6 +317,8 @@ bool GuiSystemManager::mouseUp(int iX, int iY, int iButton)
 
 bool GuiSystemManager::keyDown(int iScanCode, uint32_t uCodePoint)
 {
+    if (m_pCore && iScanCode == MyGUI::KeyCode::Escape && closeMenus())
+        return true;
     return m_pCore && MyGUI::InputManager::getInstance().injectKeyPress(
                           static_cast<MyGUI::KeyCode::Enum>(iScanCode), uCodePoint);
 }

@@ -113,6 +113,7 @@ private:
     explicit GuiSystemManager(GuiSettings settings);
     bool start();
     void stop();
+    bool closeMenus();
     void onPointer(const std::string& sPointer);
     void onClipboardChanged(const std::string& sType, const std::string& sText);
     void onClipboardRequested(const std::string& sType, std::string& sText);

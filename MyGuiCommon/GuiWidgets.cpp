@@ -14,6 +14,7 @@ void registerFactories()
     SliceSkin::registerFactory();
     MyGUI::FactoryManager& factory = MyGUI::FactoryManager::getInstance();
     factory.registerFactory<EditorButton>("Widget");
+    factory.registerFactory<NumberEdit>("Widget");
     factory.registerFactory<AdvanceEditBox>("Widget");
 }
 
@@ -21,6 +22,7 @@ void unregisterFactories()
 {
     MyGUI::FactoryManager& factory = MyGUI::FactoryManager::getInstance();
     factory.unregisterFactory<AdvanceEditBox>("Widget");
+    factory.unregisterFactory<NumberEdit>("Widget");
     factory.unregisterFactory<EditorButton>("Widget");
     SliceSkin::unregisterFactory();
 }

@@ -99,6 +99,7 @@ std::string scaleGuiXml(const std::string& sXml, float fScale)
         return sXml;
     }
     scaleElement(document.getRoot(), false, fScale);
+    document.createDeclaration(); // without one nothing is written
     std::ostringstream out;
     document.save(out);
     return out.str();

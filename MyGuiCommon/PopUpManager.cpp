@@ -22,12 +22,25 @@ constexpr int s_iButtonHeight = 28;
 constexpr int s_iProgressSteps = 1000;
 constexpr float s_fBackdropAlpha = 0.6f;
 
+/// Language tags stay tags; any other "#" shows as it is, as in a file's name.
+std::string shownText(std::string_view sText)
+{
+    std::string sShown;
+    for (size_t i = 0; i < sText.size(); ++i)
+    {
+        sShown += sText[i];
+        if (sText[i] == '#' && (i + 1 == sText.size() || sText[i + 1] != '{'))
+            sShown += '#';
+    }
+    return sShown;
+}
+
 /// A name of the language table becomes a tag.
 std::string shownTitle(std::string_view sTitle)
 {
     const bool bName =
         !sTitle.empty() && sTitle.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ_") == std::string_view::npos;
-    return bName ? "#{" + std::string(sTitle) + "}" : std::string(sTitle);
+    return bName ? "#{" + std::string(sTitle) + "}" : shownText(sTitle);
 }
 
 } // namespace
@@ -141,7 +154,7 @@ int PopUpManager::Face::addBody(int iTop, int iInner)
     }
     pMessage = pPanel->createWidget<MyGUI::EditBox>(
         "QM_WrapText", MyGUI::IntCoord(iLeft, iTop, iInner, px(24)), MyGUI::Align::Default);
-    pMessage->setCaptionWithReplacing(box.sText);
+    pMessage->setCaptionWithReplacing(shownText(box.sText));
     const int iHeight = std::max(pMessage->getTextSize().height, px(24));
     pMessage->setSize(iInner, iHeight);
     return iTop + iHeight + px(s_iPadding);

@@ -17,6 +17,7 @@
 #include "TileEditor/CommandLine.h"
 #include "TileEditor/TileEditorStandalone.h"
 #include "TileEditorCommon/Editor/TileEditor.h"
+#include "TileEditorCommon/Interface/KeyBindings.h"
 #include "TileEditorCommon/Interface/TileEditorInterface.h"
 
 #include <stdexcept>
@@ -94,7 +95,7 @@ void TileEditorStandalone::runFrame(float dt)
     m_statistics.addTime(dt);
     updateCamera(dt);
     m_pResourceManager->update();
-    m_pInterface->updateKeys();
+    m_pKeyBindings->update(m_pInterface->isMouseFree(), m_pInterface->hasNoKeyFocus(), m_camera.flying);
     m_pTileEditor->update(dt);
     m_store.runCallbacks();
     m_pUgcManager->updateAdded();
@@ -106,7 +107,7 @@ void TileEditorStandalone::runFrame(float dt)
     uint32_t uMask = 0;
     if (m_pTileEditor->takeInterfaceDirty(uMask))
         m_pInterface->refresh(uMask);
-    render(dt);
+    drawFrame(dt);
 }
 
 void TileEditorStandalone::updateCamera(float dt)
@@ -129,8 +130,10 @@ void TileEditorStandalone::updateCamera(float dt)
         m_pWindow->setRelativeMouse(m_camera.flying);
 }
 
-void TileEditorStandalone::render(float dt)
+void TileEditorStandalone::drawFrame(float dt)
 {
+    if (!m_pWindow)
+        return;
     const double fBegin = FrameClock::seconds();
     rend::SceneView view;
     view.view = m_camera.viewMatrix();
@@ -138,7 +141,7 @@ void TileEditorStandalone::render(float dt)
     m_pRenderer->render({}, m_iWidth, m_iHeight, view);
     m_statistics.addRender((FrameClock::seconds() - fBegin) * 1000.0, m_pDevice->gpuMilliseconds());
     m_pGuiSystemManager->update();
-    m_pInterface->updateOverlay(m_statistics.frames(), m_statistics.cpuMilliseconds(),
+    m_pInterface->updateOverlay(static_cast<uint32_t>(m_statistics.frames()), m_statistics.cpuMilliseconds(),
                                 m_statistics.gpuMilliseconds());
     m_pGuiSystemManager->draw(dt);
     if (!m_pDevice->present())

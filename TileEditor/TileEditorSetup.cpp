@@ -22,6 +22,7 @@
 #include "TileEditor/EditorSettings.h"
 #include "TileEditor/TileEditorStandalone.h"
 #include "TileEditorCommon/Editor/TileEditor.h"
+#include "TileEditorCommon/Interface/KeyBindings.h"
 #include "TileEditorCommon/Interface/TileEditorInterface.h"
 
 #include <unistd.h>
@@ -213,8 +214,10 @@ void TileEditorStandalone::setUpEditor()
     services.pResources = m_pResourceManager.get();
     services.pRenderer = m_pRenderer.get();
     m_pTileEditor = std::make_unique<tilebuilder::TileEditor>(services, true, 0);
-    m_pInterface = std::make_unique<tilebuilder::TileEditorInterface>(*m_pTileEditor, *m_pGuiSystemManager,
-                                                                      *m_pPopUpManager, *m_pInputManager);
+    m_pKeyBindings = std::make_unique<tilebuilder::KeyBindings>(*m_pInputManager);
+    m_pInterface = std::make_unique<tilebuilder::TileEditorInterface>(
+        tilebuilder::InterfaceParts{*m_pGuiSystemManager, *m_pPopUpManager, *m_pTileEditor, *m_pKeyBindings, true,
+                                    [this] { drawFrame(0.0f); }});
     m_pTileEditor->setInterface(m_pInterface.get());
 }
 
@@ -226,6 +229,7 @@ void TileEditorStandalone::shutDown()
     if (m_pTileEditor)
         m_pTileEditor->setInterface(nullptr);
     m_pInterface.reset();
+    m_pKeyBindings.reset();
     m_pTileEditor.reset();
     if (m_pUgcManager)
         m_pUgcManager->stop();

@@ -38,6 +38,7 @@ class ResourceManager;
 }
 namespace tilebuilder
 {
+class KeyBindings;
 class TileEditor;
 class TileEditorInterface;
 } // namespace tilebuilder
@@ -83,7 +84,7 @@ private:
     bool pumpEvents();
     void runFrame(float dt);
     void updateCamera(float dt);
-    void render(float dt);
+    void drawFrame(float dt);
     void resize(int iWidth, int iHeight);
 
     void runBatch(const std::string& sListPath);
@@ -106,6 +107,7 @@ private:
     std::unique_ptr<UgcManager> m_pUgcManager;
     std::unique_ptr<rend::DebugDrawer> m_pDebugDrawer;
     std::unique_ptr<tilebuilder::TileEditor> m_pTileEditor;
+    std::unique_ptr<tilebuilder::KeyBindings> m_pKeyBindings;
     std::unique_ptr<tilebuilder::TileEditorInterface> m_pInterface;
 
     int m_iWidth; ///< client pixels

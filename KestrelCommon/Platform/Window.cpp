@@ -5,6 +5,7 @@
 #include "KestrelCommon/Platform/VirtualKeys.h"
 
 #include <SDL.h>
+#include <cstdlib>
 
 namespace
 {
@@ -258,8 +259,19 @@ Window::~Window() = default;
 
 bool Window::hasDisplay()
 {
+    // Asked first: without either, the libraries below complain on standard error.
+    const auto isSet = [](const char* pVariable) {
+        const char* pValue = std::getenv(pVariable);
+        return pValue && *pValue;
+    };
+    if (!isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY") && !isSet("SDL_VIDEODRIVER"))
+        return false;
     const VideoScope video;
-    return video.isUp() && SDL_GetNumVideoDisplays() > 0;
+    if (!video.isUp() || SDL_GetNumVideoDisplays() < 1)
+        return false;
+    // SDL falls back on drivers that show nothing.
+    const std::string_view sDriver = SDL_GetCurrentVideoDriver();
+    return sDriver != "offscreen" && sDriver != "dummy" && sDriver != "evdev";
 }
 
 std::unique_ptr<Window> Window::create(const WindowSettings& settings)

@@ -172,6 +172,8 @@ void InputManager::dispatchKey(const PlatformEvent& event)
     const bool bWasDown = uCount != 0;
     uCount = static_cast<uint8_t>(uCount + (event.bDown ? 1 : -1));
     const bool bChanged = bWasDown != (uCount != 0);
+    if (bChanged && event.bDown)
+        m_arrPressMods[event.uVirtualKey] = mods();
     if (bChanged)
         applyChange(event.bDown, keyState[event.uVirtualKey], m_arrKeyReleaseDue[event.uVirtualKey]);
 

@@ -68,6 +68,11 @@ public:
 
     /// Bits of KeyMod by the keys that are down.
     [[nodiscard]] uint32_t mods() const;
+    /// The same at the moment when a key went down; of a quick chord all keys may be up by now.
+    [[nodiscard]] uint32_t modsAtPress(uint32_t uVirtualKey) const
+    {
+        return uVirtualKey < s_uKeyCount ? m_arrPressMods[uVirtualKey] : 0;
+    }
 
 private:
     void advance();
@@ -84,6 +89,7 @@ private:
     std::array<bool, s_uKeyCount> m_arrScanDown{};      ///< by scan code: both Shift keys are one virtual key
     std::array<bool, s_uKeyCount> m_arrKeyReleaseDue{}; ///< went up in the frame in which it went down
     std::array<bool, s_uButtonCount> m_arrButtonReleaseDue{};
+    std::array<uint32_t, s_uKeyCount> m_arrPressMods{};
     int m_iWheelSum = 0;
     bool m_bConsumed = false;
 };

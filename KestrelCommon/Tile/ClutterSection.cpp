@@ -82,15 +82,28 @@ bool readClutterSection(std::span<const std::byte> spanBytes, uint32_t uVersion,
         }
     }
 
+    // Most ground is bare, so empty samples are taken eight at a time.
+    constexpr uint64_t uEmpty = ~uint64_t{0};
     bool bAllKnown = true;
-    for (size_t i = 0; i < SamplesPerPatch; ++i)
+    for (size_t i = 0; i < SamplesPerPatch; i += sizeof(uEmpty))
     {
-        const auto uLocal = static_cast<uint8_t>(pSamples[i]);
-        bAllKnown &= arrKnown[uLocal];
-        samples[i] = arrLocalToGlobal[uLocal];
+        uint64_t uEight;
+        std::memcpy(&uEight, pSamples + i, sizeof(uEight));
+        if (uEight == uEmpty)
+        {
+            std::memcpy(samples.data() + i, &uEmpty, sizeof(uEmpty));
+            continue;
+        }
+        for (size_t k = i; k < i + sizeof(uEmpty); ++k)
+        {
+            const auto uLocal = static_cast<uint8_t>(pSamples[k]);
+            bAllKnown &= arrKnown[uLocal];
+            samples[k] = arrLocalToGlobal[uLocal];
+        }
     }
-    QM_ASSERT_TEXT(bAllKnown, "find_it != mapLocalToGlobalIdx.end() && \"This should never happend, problem in the "
-                              "exporter?\"");
+    QM_ASSERT_TEXT(bAllKnown,
+                   "find_it != mapLocalToGlobalIdx.end() && \"This should never happend, problem in the "
+                   "exporter?\"");
     return true;
 }
 

@@ -48,7 +48,10 @@ struct FakeActions : tilebuilder::EditorActionsI
     [[nodiscard]] bool isUnsaved() const override { return bUnsaved; }
     [[nodiscard]] std::vector<std::string> pathStack() const override { return vecStack; }
     void save() override { note("save"); }
-    void saveAs(const std::string& sNew, const std::string& sFolder) override { note("saveAs " + sNew + "|" + sFolder); }
+    void saveAs(const std::string& sNew, const std::string& sFolder) override
+    {
+        note("saveAs " + sNew + "|" + sFolder);
+    }
     void requestNewTile(int32_t iSize) override { note("new " + std::to_string(iSize)); }
     void openDocument(const std::string& sPath) override { note("open " + sPath); }
     void openStackLevel(size_t uLevel) override { note("level " + std::to_string(uLevel)); }
@@ -56,8 +59,14 @@ struct FakeActions : tilebuilder::EditorActionsI
     [[nodiscard]] std::vector<tilebuilder::TileFile> tileFiles() const override { return vecFiles; }
     [[nodiscard]] tilebuilder::CameraStatus cameraStatus() const override { return camera; }
     void setFlySpeed(float fSpeed) override { camera.flySpeed = fSpeed; }
-    void moveCameraForward(float fDistance) override { note("forward " + std::to_string(static_cast<int>(fDistance))); }
-    [[nodiscard]] std::optional<std::array<float, 3>> cursorHit() const override { return std::array{12.5f, 40.25f, 3.0f}; }
+    void moveCameraForward(float fDistance) override
+    {
+        note("forward " + std::to_string(static_cast<int>(fDistance)));
+    }
+    [[nodiscard]] std::optional<std::array<float, 3>> cursorHit() const override
+    {
+        return std::array{12.5f, 40.25f, 3.0f};
+    }
     [[nodiscard]] std::optional<float> gridSpacing() const override { return std::nullopt; }
     void markInterfaceDirty(uint32_t) override { note("dirty"); }
 };

@@ -18,37 +18,14 @@ constexpr glm::vec4 s_halfColour(1.0f, 0.816f, 0.267f, 0.45f);
 } // namespace
 
 GroundView::GroundView(rend::Renderer& renderer, resource::ResourceManager& resources)
-    : m_renderer(renderer), m_resources(resources), m_uploader(renderer.device()), m_materialSet(this)
+    : m_renderer(renderer), m_resources(resources), m_materialSet(this), m_uploader(renderer.device(), &m_materialSet)
 {
     m_materialSet.load(TerrainGroundMaterialSet::s_pStandardPath);
 }
 
-void GroundView::update(EditorTerrainSurface& surface)
-{
-    if (m_uploader.update(surface))
-        publish();
-}
+void GroundView::update(EditorTerrainSurface& surface) { m_uploader.upload(surface, m_renderer.terrainBindings()); }
 
-void GroundView::publish()
-{
-    rend::TerrainSurfaceBindings& bindings = m_renderer.terrainBindings();
-    bindings.vertexBuffer = m_uploader.vertexBuffer();
-    bindings.indexBuffer = m_uploader.indexBuffer();
-    bindings.indexCount = m_uploader.indexCount();
-    bindings.indexWidth = rend::IndexWidth::Bits32;
-    bindings.surfaceInfo = m_uploader.constantBuffer();
-    bindings.texture0 = m_uploader.texture0();
-    bindings.texture1 = m_uploader.texture1();
-    bindings.diffuseArray = m_materialSet.diffuseArray();
-    bindings.asgArray = m_materialSet.asgArray();
-    bindings.normalArray = m_materialSet.normalArray();
-}
-
-void GroundView::release()
-{
-    m_renderer.terrainBindings().release();
-    m_uploader.release();
-}
+void GroundView::release() { m_uploader.release(m_renderer.terrainBindings()); }
 
 void GroundView::drawBrush(const EditorTerrainSurface& surface, const glm::vec3& centre, float fRadius)
 {

@@ -1,7 +1,7 @@
 #pragma once // The ground on the screen: its resources, its material set, what the renderer draws.
 
+#include "TileEditorCommon/Ground/GroundUploader.h"
 #include "TileEditorCommon/Ground/TerrainGroundMaterialSet.h"
-#include "TileEditorCommon/Ground/TerrainSurfaceUploader.h"
 
 #include <glm/vec3.hpp>
 
@@ -37,12 +37,11 @@ private:
                                            int iHeight, resource::TextureResourceLayout eLayout) override;
     /// The resource manager keeps its arrays for whoever asks for them next.
     void destroyTexture(rend::TextureHandle) override {}
-    void publish();
 
     rend::Renderer& m_renderer;
     resource::ResourceManager& m_resources;
-    TerrainSurfaceUploader m_uploader;
     TerrainGroundMaterialSet m_materialSet;
+    GroundUploader m_uploader;
 };
 
 } // namespace tilebuilder

@@ -31,13 +31,15 @@ TileEditor::TileEditor(const EditorServices& services, bool bInfoBox, uint64_t u
     _Instance = this;
     seedRandom(static_cast<uint64_t>(std::chrono::system_clock::now().time_since_epoch().count()));
     if (m_services.pRenderer)
-        m_pIconGenerator = std::make_unique<IconGenerator>(*m_services.pRenderer, *m_services.pResources);
+        m_pIconGenerator = std::make_unique<IconGenerator>(*m_services.pRenderer);
     m_toolState.pBrush = brush(0);
+    m_pClutterDatabase = std::make_unique<tile::ClutterDatabase>();
+    m_pClutterDatabase->loadGameDatabases();
     m_pCollision = std::make_unique<CollisionWorld>();
     m_pSurface = std::make_unique<EditorTerrainSurface>(*this, &m_pCollision->world());
     if (m_services.pRenderer)
         m_pGroundView = std::make_unique<GroundView>(*m_services.pRenderer, *m_services.pResources);
-    m_pClutter = std::make_unique<EditorTerrainClutter>(*this, *m_pSurface);
+    m_pClutter = std::make_unique<EditorTerrainClutter>(*this, *m_pSurface, *m_pClutterDatabase);
     m_toolState.tool = ToolPlace;
     newTile(1);
 }

@@ -27,6 +27,10 @@ namespace resource
 {
 class ResourceManager;
 }
+namespace tile
+{
+class ClutterDatabase;
+}
 
 namespace tilebuilder
 {
@@ -150,6 +154,7 @@ private:
 
     // Documents
 
+    [[nodiscard]] std::unique_ptr<Tile> makeTile();
     void onDocumentOpened(int32_t iWidth, int32_t iHeight, uint32_t uType);
     void frameDocument(int32_t iWidth, int32_t iHeight);
 
@@ -168,6 +173,7 @@ private:
     std::unique_ptr<CollisionWorld> m_pCollision;
     std::unique_ptr<EditorTerrainSurface> m_pSurface;
     std::unique_ptr<GroundView> m_pGroundView; ///< null without a device
+    std::unique_ptr<tile::ClutterDatabase> m_pClutterDatabase;
     std::unique_ptr<EditorTerrainClutter> m_pClutter;
     std::unique_ptr<IconGenerator> m_pIconGenerator; ///< null without a device
     std::unique_ptr<Tile> m_pTile;

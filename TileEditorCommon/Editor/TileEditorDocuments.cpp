@@ -45,6 +45,11 @@ void TileEditor::whenSafe(std::function<void()> fnAction)
         fnAction();
 }
 
+std::unique_ptr<Tile> TileEditor::makeTile()
+{
+    return std::make_unique<Tile>(TileServices{*this, *m_pSurface, *m_pClutter});
+}
+
 void TileEditor::requestNewTile(int32_t iSize)
 {
     whenSafe([this, iSize] { newTile(iSize); });

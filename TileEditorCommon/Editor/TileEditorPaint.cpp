@@ -1,5 +1,6 @@
 // Strokes of the painting tools.
 
+#include "KestrelCommon/Platform/VirtualKeys.h"
 #include "KestrelCommon/Services/InputManager.h"
 #include "KestrelCommon/renderer/Camera.h"
 #include "TileEditorCommon/Contracts/BrushDab.h"
@@ -44,13 +45,13 @@ void TileEditor::paint(const glm::vec3& hit, float fStep)
     switch (m_toolState.heightMode)
     {
     case HeightFlatten:
-        m_pSurface->paintFlatten(dab);
+        m_pSurface->flatten(dab);
         break;
     case HeightSmooth:
-        m_pSurface->paintSmooth(dab);
+        m_pSurface->smooth(dab);
         break;
     default:
-        m_pSurface->paintHeight(dab, (m_services.pInput->mods() & ModControl) != 0);
+        m_pSurface->raise(dab, m_services.pInput->mods() & ModControl ? -1.0f : 1.0f);
         break;
     }
 }

@@ -1,5 +1,7 @@
 #include "TileEditorCommon/Ground/GroundUploader.h"
 
+#include "TileEditorCommon/Ground/TerrainGroundMaterialSet.h"
+
 namespace tilebuilder
 {
 
@@ -18,7 +20,7 @@ constexpr size_t s_uQuadBytes = 6 * sizeof(uint32_t);
 
 } // namespace
 
-void GroundUploader::release()
+void GroundUploader::destroy()
 {
     m_device.destroyBuffer(std::exchange(m_vertexBuffer, {}));
     m_device.destroyBuffer(std::exchange(m_indexBuffer, {}));
@@ -27,6 +29,33 @@ void GroundUploader::release()
     m_device.destroyTexture(std::exchange(m_texture1, {}));
     m_uIndexCount = 0;
     m_uLayout = 0;
+}
+
+void GroundUploader::publish(rend::TerrainSurfaceBindings& bindings) const
+{
+    bindings.vertexBuffer = m_vertexBuffer;
+    bindings.indexBuffer = m_indexBuffer;
+    bindings.surfaceInfo = m_constantBuffer;
+    bindings.texture0 = m_texture0;
+    bindings.texture1 = m_texture1;
+    bindings.indexCount = m_uIndexCount;
+    bindings.indexWidth = rend::IndexWidth::Bits32;
+    bindMaterials(bindings);
+}
+
+void GroundUploader::bindMaterials(rend::TerrainSurfaceBindings& bindings) const
+{
+    if (!m_pMaterials)
+        return;
+    bindings.diffuseArray = m_pMaterials->diffuseArray();
+    bindings.asgArray = m_pMaterials->asgArray();
+    bindings.normalArray = m_pMaterials->normalArray();
+}
+
+void GroundUploader::release(rend::TerrainSurfaceBindings& bindings)
+{
+    destroy();
+    bindings.release();
 }
 
 void GroundUploader::create(const EditorTerrainSurface& surface)
@@ -61,41 +90,48 @@ void GroundUploader::sendTexels(const EditorTerrainSurface& surface, const GridR
     const rend::TextureRegion region{rect.x0, rect.y0, rect.width(), rect.height(), 0, 0};
     const size_t uPitch = size_t{surface.texelsX()} * sizeof(uint32_t);
     const size_t uFirst = static_cast<size_t>(rect.y0) * surface.texelsX() + static_cast<size_t>(rect.x0);
-    const size_t uCount = static_cast<size_t>(rect.height() - 1) * surface.texelsX() + static_cast<size_t>(rect.width());
-    m_device.updateTexture(m_texture0, region, uPitch, std::as_bytes(surface.texels0().subspan(uFirst, uCount)));
-    m_device.updateTexture(m_texture1, region, uPitch, std::as_bytes(surface.texels1().subspan(uFirst, uCount)));
+    const size_t uCount =
+        static_cast<size_t>(rect.height() - 1) * surface.texelsX() + static_cast<size_t>(rect.width());
+    m_device.updateTexture(m_texture0, region, uPitch,
+                           std::as_bytes(surface.texels0().subspan(uFirst, uCount)));
+    m_device.updateTexture(m_texture1, region, uPitch,
+                           std::as_bytes(surface.texels1().subspan(uFirst, uCount)));
 }
 
-bool GroundUploader::update(EditorTerrainSurface& surface)
+void GroundUploader::upload(EditorTerrainSurface& surface, rend::TerrainSurfaceBindings& bindings)
 {
     const SurfaceUploads uploads = surface.pending();
     surface.clearPending();
     if (uploads.uLayout != m_uLayout)
     {
-        release();
+        destroy();
         m_uLayout = uploads.uLayout;
         if (surface.isInitialised())
             create(surface);
-        return true;
+        publish(bindings);
+        return;
     }
     if (!uploads.vertices.empty())
     {
-        const auto spanRows = surface.vertices().subspan(static_cast<size_t>(uploads.vertices.y0) * surface.verticesX(),
-                                                         static_cast<size_t>(uploads.vertices.height()) * surface.verticesX());
+        const auto spanRows =
+            surface.vertices().subspan(static_cast<size_t>(uploads.vertices.y0) * surface.verticesX(),
+                                       static_cast<size_t>(uploads.vertices.height()) * surface.verticesX());
         m_device.updateBuffer(m_vertexBuffer,
-                              static_cast<size_t>(uploads.vertices.y0) * surface.verticesX() * sizeof(EditorTerrainSurface::Vertex),
+                              static_cast<size_t>(uploads.vertices.y0) * surface.verticesX() *
+                                  sizeof(EditorTerrainSurface::Vertex),
                               std::as_bytes(spanRows));
     }
     if (!uploads.quads.empty())
     {
-        const auto spanRows = surface.indices().subspan(static_cast<size_t>(uploads.quads.y0) * surface.quadsX() * 6,
-                                                        static_cast<size_t>(uploads.quads.height()) * surface.quadsX() * 6);
-        m_device.updateBuffer(m_indexBuffer, static_cast<size_t>(uploads.quads.y0) * surface.quadsX() * s_uQuadBytes,
+        const auto spanRows =
+            surface.indices().subspan(static_cast<size_t>(uploads.quads.y0) * surface.quadsX() * 6,
+                                      static_cast<size_t>(uploads.quads.height()) * surface.quadsX() * 6);
+        m_device.updateBuffer(m_indexBuffer,
+                              static_cast<size_t>(uploads.quads.y0) * surface.quadsX() * s_uQuadBytes,
                               std::as_bytes(spanRows));
     }
     if (!uploads.texels.empty())
         sendTexels(surface, uploads.texels);
-    return false;
 }
 
 } // namespace tilebuilder

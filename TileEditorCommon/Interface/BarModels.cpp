@@ -58,7 +58,7 @@ ToolColours::Colour dimmed(ToolColours::Colour colour)
 } // namespace
 
 std::vector<MenuEntry> buildLeftBar(EditorActionsI& actions, EditorInterfaceI& windows,
-                                    const KeyBindings& keys)
+                                    const KeyBindings& keys, std::function<void()> fnHelp)
 {
     return {
         menu("File",
@@ -80,7 +80,7 @@ std::vector<MenuEntry> buildLeftBar(EditorActionsI& actions, EditorInterfaceI& w
               later("Node", "View/Node", Kind::Check), later("Decal", "View/Decal", Kind::Check)}),
         menu("Window", {later(withShortcut(keys, "Outliner ", ActionOutliner), "Outliner"), separator(),
                         later("Share", "Share")}),
-        later("Help", "Help"),
+        entry("Help", "Help", std::move(fnHelp)),
     };
 }
 

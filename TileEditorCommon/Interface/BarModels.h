@@ -22,9 +22,9 @@ inline constexpr Colour yBright{0.55f, 0.55f, 1.0f, 1.0f};
 inline constexpr Colour zBright{1.0f, 1.0f, 0.55f, 1.0f};
 } // namespace ToolColours
 
-/// The whole left bar with its menus. Its entries' states come from applyLeftBar().
+/// The whole left bar with its menus; the states of its entries come from leftBarStates().
 [[nodiscard]] std::vector<MenuEntry> buildLeftBar(EditorActionsI& actions, EditorInterfaceI& windows,
-                                                  const KeyBindings& keys);
+                                                  const KeyBindings& keys, std::function<void()> fnHelp);
 
 /// An entry's state that a refresh sets anew.
 struct EntryState

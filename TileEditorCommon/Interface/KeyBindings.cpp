@@ -9,7 +9,8 @@ namespace tilebuilder
 bool KeyBindings::isActive(const KeyBinding& binding) const
 {
     return !m_bFlying && binding.uVk < InputManager::s_uKeyCount &&
-           m_input.keyState[binding.uVk] == InputPressed && m_input.mods() == binding.uMods &&
+           m_input.keyState[binding.uVk] == InputPressed &&
+           m_input.modsAtPress(binding.uVk) == binding.uMods &&
            (m_bNoKeyFocus || !binding.bNeedsNoKeyFocus) && (m_bPointerFree || !binding.bNeedsPointerFree);
 }
 

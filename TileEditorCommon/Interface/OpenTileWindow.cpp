@@ -2,6 +2,8 @@
 
 #include "KestrelCommon/Core/Text.h"
 #include "MyGuiCommon/GuiMetrics.h"
+#include "MyGuiCommon/GuiText.h"
+#include "MyGuiCommon/GuiTips.h"
 #include "MyGuiCommon/MenuEntry.h"
 #include "TileEditorCommon/Interface/LayoutWidgets.h"
 #include "TileEditorCommon/Interface/TileSearch.h"
@@ -23,6 +25,7 @@ namespace
 {
 
 constexpr int s_iRowHeight = 28;
+constexpr int s_iRowPadding = 40; ///< around and between the two texts of a row
 
 /// The two texts of a row, kept with its widget.
 struct Row
@@ -33,9 +36,11 @@ struct Row
 
 } // namespace
 
-OpenTileWindow::OpenTileWindow(MyGUI::Window* pWindow, EditorActionsI& actions, std::function<void()> fnClose)
+OpenTileWindow::OpenTileWindow(MyGUI::Window* pWindow, EditorActionsI& actions, GuiTips& tips,
+                               std::function<void()> fnClose)
     : m_pWindow(pWindow),
       m_actions(actions),
+      m_tips(tips),
       m_fnClose(std::move(fnClose)),
       m_pList(findIn<MyGUI::ItemBox>(pWindow, "TileList")),
       m_pSearch(findIn<MyGUI::EditBox>(pWindow, "SearchBox")),
@@ -95,9 +100,10 @@ void OpenTileWindow::applyFilter()
     m_pList->redrawAllItems();
     m_pList->setViewOffset(offset);
     if (m_pCount)
-        m_pCount->setCaption(m_vecShown.size() == m_vecFiles.size()
-                                 ? UTILS::concat(m_vecFiles.size(), " tiles")
-                                 : UTILS::concat(m_vecShown.size(), " of ", m_vecFiles.size(), " tiles"));
+        m_pCount->setCaption(
+            m_vecShown.size() == m_vecFiles.size()
+                ? UTILS::concat(m_vecFiles.size(), m_vecFiles.size() == 1 ? " tile" : " tiles")
+                : UTILS::concat(m_vecShown.size(), " of ", m_vecFiles.size(), " tiles"));
     if (m_pEmpty)
     {
         m_pEmpty->setVisible(m_vecShown.empty());
@@ -152,8 +158,10 @@ void OpenTileWindow::onItemDraw(MyGUI::ItemBox*, MyGUI::Widget* pItem, const MyG
     if (info.update && info.index < m_vecShown.size())
     {
         const TileFile& file = m_vecFiles[m_vecShown[info.index]];
-        row.pBack->setCaption(escapeCaption(file.sName));
-        row.pCategory->setCaption(escapeCaption(file.sCategory));
+        GuiText::fitCaption(*row.pCategory, file.sCategory, row.pCategory->getWidth());
+        const int iRest = row.pBack->getWidth() - row.pCategory->getTextSize().width - px(s_iRowPadding);
+        const bool bShortened = GuiText::fitCaption(*row.pBack, file.sName, iRest);
+        m_tips.set(pItem, bShortened ? escapeCaption(file.sName) : std::string());
     }
     row.pBack->setStateSelected(info.select);
     row.pBack->_setMouseFocus(info.active);

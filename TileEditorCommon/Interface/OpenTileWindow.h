@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+class GuiTips;
+
 namespace tilebuilder
 {
 
@@ -19,7 +21,8 @@ class OpenTileWindow
 {
 public:
     /// All are borrowed; the window's children come from the layout.
-    OpenTileWindow(MyGUI::Window* pWindow, EditorActionsI& actions, std::function<void()> fnClose);
+    OpenTileWindow(MyGUI::Window* pWindow, EditorActionsI& actions, GuiTips& tips,
+                   std::function<void()> fnClose);
 
     [[nodiscard]] MyGUI::Window* window() const { return m_pWindow; }
 
@@ -44,6 +47,7 @@ private:
 
     MyGUI::Window* m_pWindow;
     EditorActionsI& m_actions;
+    GuiTips& m_tips;
     std::function<void()> m_fnClose;
     MyGUI::ItemBox* m_pList = nullptr;
     MyGUI::EditBox* m_pSearch = nullptr;

@@ -10,7 +10,7 @@ namespace
 
 void appendPosition(std::ostringstream& out, const std::array<float, 3>& position)
 {
-    out << position[0] << ' ' << position[1] << ' ' << position[2] << '\n';
+    out << position[0] << ' ' << position[1] << ' ' << position[2];
 }
 
 } // namespace
@@ -24,10 +24,10 @@ std::string statusText(const StatusFigures& figures)
     out << "Rendering Time GPU " << figures.fGpuMs << "\n\n";
     out << "Camera Position ";
     appendPosition(out, figures.camera);
-    out << "Cursor Position ";
+    out << "\nCursor Position ";
     appendPosition(out, figures.cursor);
     if (figures.gridSpacing)
-        out << "Grid Spacing " << *figures.gridSpacing << '\n';
+        out << "\nGrid Spacing " << *figures.gridSpacing;
     return out.str();
 }
 

@@ -11,6 +11,7 @@
 #include "TileEditorCommon/Interface/EditorBindings.h"
 #include "TileEditorCommon/Interface/FileNameRule.h"
 #include "TileEditorCommon/Interface/HeightPanel.h"
+#include "TileEditorCommon/Interface/HelpWindow.h"
 #include "TileEditorCommon/Interface/KeyBindings.h"
 #include "TileEditorCommon/Interface/LayoutWidgets.h"
 #include "TileEditorCommon/Interface/OpenTileWindow.h"
@@ -21,6 +22,8 @@
 #include <MyGUI_Gui.h>
 #include <MyGUI_InputManager.h>
 #include <MyGUI_LayoutManager.h>
+#include <MyGUI_MenuBar.h>
+#include <MyGUI_MenuItem.h>
 #include <MyGUI_RenderManager.h>
 #include <MyGUI_TextBox.h>
 #include <MyGUI_Window.h>
@@ -36,6 +39,7 @@ namespace
 constexpr size_t s_uNameLimit = 100;
 constexpr int s_iRightBarWidth = 800;
 constexpr int s_iBarMargin = 8;
+constexpr int s_iInfoPadding = 10;
 
 /// The top widget of a loaded layout with that name.
 template <class T>
@@ -66,6 +70,7 @@ struct TileEditorInterface::Face
     std::unique_ptr<EditorMenu> pRightMenuBar;
     std::unique_ptr<TileCreateWindow> pNewWindow;
     std::unique_ptr<OpenTileWindow> pOpenTileWindow;
+    std::unique_ptr<HelpWindow> pHelpWindow;
     std::unique_ptr<BrushWindow> pBrushWindow;
     std::unique_ptr<HeightPanel> pHeightPanel;
 
@@ -78,6 +83,7 @@ struct TileEditorInterface::Face
     void makeWindows(const InterfaceParts& parts, TileEditorInterface& owner);
     void place();
     void placeRightBar();
+    [[nodiscard]] int menusEnd() const;
 };
 
 TileEditorInterface::Face::Face(const InterfaceParts& parts, TileEditorInterface& owner)
@@ -119,7 +125,9 @@ void TileEditorInterface::Face::makeWindows(const InterfaceParts& parts, TileEdi
     if (auto* pWindow = findTop<MyGUI::Window>(vecPopupWidgets, "NewWindow"))
         pNewWindow = std::make_unique<TileCreateWindow>(pWindow, parts.actions, tips, fnClose);
     if (auto* pWindow = findTop<MyGUI::Window>(vecPopupWidgets, "OpenTileWindow"))
-        pOpenTileWindow = std::make_unique<OpenTileWindow>(pWindow, parts.actions, fnClose);
+        pOpenTileWindow = std::make_unique<OpenTileWindow>(pWindow, parts.actions, tips, fnClose);
+    if (auto* pWindow = findTop<MyGUI::Window>(vecPopupWidgets, "HelpWindow"))
+        pHelpWindow = std::make_unique<HelpWindow>(pWindow, fnClose);
     if (auto* pWidget = findTop<MyGUI::Widget>(vecMainWidgets, "BrushWindow"))
         pBrushWindow = std::make_unique<BrushWindow>(pWidget, parts.actions, tips);
     if (auto* pWidget = findTop<MyGUI::Widget>(vecMainWidgets, "TerrainBrushWindow"))
@@ -132,7 +140,8 @@ void TileEditorInterface::Face::makeBars(const InterfaceParts& parts, TileEditor
     if (auto* pLeft = findIn<MyGUI::Widget>(pBar, "LeftMenuBar"))
     {
         pLeftMenuBar = std::make_unique<EditorMenu>(pLeft, tips);
-        pLeftMenuBar->replace(buildLeftBar(parts.actions, owner, parts.keys));
+        pLeftMenuBar->replace(
+            buildLeftBar(parts.actions, owner, parts.keys, [&owner] { owner.showHelpWindow(); }));
     }
     pRight = findIn<MyGUI::Widget>(pBar, "RightMenuBar");
     if (pRight)
@@ -160,10 +169,21 @@ void TileEditorInterface::Face::place()
     pBar->setSize(view.width, pBar->getHeight());
     if (pCenter && pCenterMenuBar)
     {
+        // In the middle, but in a narrow window never over the menus.
         const int iWidth = pCenterMenuBar->contentWidth();
-        pCenter->setCoord((view.width - iWidth) / 2, pCenter->getTop(), iWidth, pCenter->getHeight());
+        const int iLeft = std::max((view.width - iWidth) / 2, menusEnd() + px(s_iBarMargin));
+        pCenter->setCoord(iLeft, pCenter->getTop(), iWidth, pCenter->getHeight());
     }
     placeRightBar();
+}
+
+/// The right edge of the last menu's label.
+int TileEditorInterface::Face::menusEnd() const
+{
+    auto* pMenus = findIn<MyGUI::MenuBar>(pBar, "LeftMenuBar");
+    if (!pMenus || pMenus->getItemCount() == 0)
+        return 0;
+    return pMenus->getItemAt(pMenus->getItemCount() - 1)->getAbsoluteCoord().right();
 }
 
 void TileEditorInterface::Face::placeRightBar()
@@ -171,7 +191,8 @@ void TileEditorInterface::Face::placeRightBar()
     if (!pRight || !pRightMenuBar)
         return;
     const int iWidth = std::min(pRightMenuBar->contentWidth(), px(s_iRightBarWidth));
-    pRight->setVisible(iWidth > 0);
+    const int iFree = pBar->getWidth() - (pCenter ? pCenter->getRight() : 0) - px(2 * s_iBarMargin);
+    pRight->setVisible(iWidth > 0 && iWidth <= iFree);
     pRight->setCoord(pBar->getWidth() - iWidth - px(s_iBarMargin), pRight->getTop(), iWidth,
                      pRight->getHeight());
 }
@@ -273,6 +294,15 @@ void TileEditorInterface::showOpenWindow()
     m_pFace->pOpenTileWindow->show();
 }
 
+void TileEditorInterface::showHelpWindow()
+{
+    if (!m_pFace || !m_pFace->pHelpWindow)
+        return;
+    hidePopups();
+    m_pFace->pOverlay->setVisible(true);
+    m_pFace->pHelpWindow->show();
+}
+
 void TileEditorInterface::showSaveAsWindow()
 {
     hidePopups();
@@ -309,8 +339,14 @@ void TileEditorInterface::updateOverlay(uint32_t uFrames, double fCpuMs, double 
                             .camera = m_parts.actions.cameraStatus().position,
                             .cursor = m_parts.actions.cursorHit().value_or(std::array<float, 3>{}),
                             .gridSpacing = m_parts.actions.gridSpacing()});
-    if (m_pFace->pInfoBox->getCaption() != MyGUI::UString(sText))
-        m_pFace->pInfoBox->setCaption(sText);
+    if (m_pFace->pInfoBox->getCaption() == MyGUI::UString(sText))
+        return;
+    m_pFace->pInfoBox->setCaption(sText);
+    m_pFace->pInfoBox->setVisible(!sText.empty());
+    // Grows with its text, but never shrinks: figures that change don't make it tremble.
+    const MyGUI::IntSize text = m_pFace->pInfoBox->getTextSize();
+    m_pFace->pInfoBox->setSize(std::max(m_pFace->pInfoBox->getWidth(), text.width + px(2 * s_iInfoPadding)),
+                               text.height + px(2 * s_iInfoPadding - 4));
 }
 
 void TileEditorInterface::refresh(uint32_t)

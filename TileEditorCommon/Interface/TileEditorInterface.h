@@ -46,6 +46,8 @@ public:
     /// MyGUI reports neither a widget under the mouse nor one with the keyboard.
     [[nodiscard]] bool isPointerFree() const;
 
+    void showHelpWindow();
+
     // EditorInterfaceI
 
     [[nodiscard]] bool isMouseFree() const override;

@@ -325,12 +325,12 @@ Landscape riverValley()
 const std::vector<Recipe>& recipes()
 {
     static const std::vector<Recipe> s_vecRecipes = {
-        {"Meadow", &meadow},
-        {"Dunes", &dunes},
-        {"Island", &island},
-        {"Cliff Coast", &cliffCoast},
-        {"Eroded Hills", &erodedHills},
-        {"River Valley", &riverValley},
+        {"b2a0d652-37e1-4ec8-a41c-cf04c407ac1f", &meadow},
+        {"f7231e66-2650-413e-ab2e-e6d7e3f68bbb", &dunes},
+        {"8f5d5e7d-090c-4fb4-8fb8-7b993cbe096d", &island},
+        {"19661e64-fdd3-4306-a528-a16631071077", &cliffCoast},
+        {"1fda5542-ec14-4331-b02f-4fc5ea3a67e9", &erodedHills},
+        {"3ea5c975-2c0e-4a1a-9224-1ef305c5c80c", &riverValley},
     };
     return s_vecRecipes;
 }

@@ -37,10 +37,10 @@ struct Landscape
     std::vector<std::array<uint8_t, s_iMaterials>> vecWeights;
 };
 
-/// A recipe: the file's name and what makes it.
+/// What makes a landscape, and the id that its tile keeps.
 struct Recipe
 {
-    const char* pName;
+    const char* pUuid;
     Landscape (*fnMake)();
 };
 

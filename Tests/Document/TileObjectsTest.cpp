@@ -1,0 +1,216 @@
+#include "KestrelCommon/Io/Lz4Section.h"
+#include "KestrelCommon/Io/SafeFile.h"
+#include "Tests/Document/TileWorld.h"
+#include "Tests/Support/LogCapture.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+
+using namespace tilebuilder;
+
+/// Appends sections to the image of a tile without objects.
+class ImageBuilder
+{
+public:
+    explicit ImageBuilder(const TileState& state) : m_vecImage(state.bytes().begin(), state.bytes().end()) {}
+
+    void add(size_t uCell, tile::SectionGroup eGroup, uint32_t uElement, uint32_t uCount,
+             const std::string& sContent)
+    {
+        const auto spanPacked = lz4Compress(std::as_bytes(std::span(sContent)), Lz4Quality::Final, m_scratch);
+        tile::CellHeader header;
+        std::memcpy(&header, m_vecImage.data() + 60 + uCell * 388, 388);
+        tile::setSection(header, tile::sectionGroup(eGroup), uElement,
+                         {uCount, static_cast<uint32_t>(m_vecImage.size()),
+                          static_cast<uint32_t>(spanPacked.size()), static_cast<uint32_t>(sContent.size())});
+        std::memcpy(m_vecImage.data() + 60 + uCell * 388, &header, 388);
+        m_vecImage.insert(m_vecImage.end(), spanPacked.begin(), spanPacked.end());
+    }
+    void setVersion(uint32_t uVersion) { std::memcpy(m_vecImage.data() + 4, &uVersion, 4); }
+    [[nodiscard]] const std::vector<std::byte>& image() const { return m_vecImage; }
+
+private:
+    std::vector<std::byte> m_vecImage;
+    ResizeableBuffer m_scratch;
+};
+
+std::string sectionText(std::span<const std::byte> spanImage, size_t uCell, tile::SectionGroup eGroup,
+                        uint32_t uElement)
+{
+    const auto image = tile::TileImage::open(spanImage, "test");
+    const tile::Section section =
+        tile::section(image->cellHeader(uCell), tile::sectionGroup(eGroup), uElement);
+    const auto spanPacked = image->sectionBytes(section);
+    std::string sText(section.uSize, ' ');
+    if (section.uCount == 0 || !spanPacked ||
+        !lz4Decompress(*spanPacked, std::as_writable_bytes(std::span(sText))))
+        return {};
+    return std::to_string(section.uCount) + ":" + sText;
+}
+
+struct TileObjectsTest : testing::Test
+{
+    bool read(std::span<const std::byte> spanImage)
+    {
+        return world.tile.read(spanImage, "$TEST_DATA", "x.tile", false, true, false);
+    }
+
+    LogCapture log;
+    TileWorld world{2, 1};
+};
+
+const std::pair<tile::SectionGroup, uint32_t> s_arrSections[] = {
+    {tile::SectionGroup::Assets, 0},       {tile::SectionGroup::Assets, 3},
+    {tile::SectionGroup::Blueprints, 0},   {tile::SectionGroup::Nodes, 0},
+    {tile::SectionGroup::Prefabs, 0},      {tile::SectionGroup::Decals, 0},
+    {tile::SectionGroup::Harvestables, 2}, {tile::SectionGroup::Kinematics, 1},
+    {tile::SectionGroup::VoxelMeshes, 0},  {tile::SectionGroup::VoxelTerrain, 0}};
+
+TEST_F(TileObjectsTest, sectionsOfTheCurrentVersionAreCarriedUnchanged)
+{
+    ImageBuilder builder(world.tile.write(tile::WriteFinal));
+    for (const auto& [eGroup, uElement] : s_arrSections)
+        builder.add(1, eGroup, uElement, 2, std::string("records of ") + tile::sectionGroup(eGroup).pName);
+    ASSERT_TRUE(read(builder.image())) << log.dump();
+    EXPECT_FALSE(world.tile.holdsForeignObjects());
+
+    world.tile.pushState(true);
+    world.surface.raise(world.dab(30, 30, 9, 1), 1.0f);
+    world.tile.pushState(false);
+    world.tile.undo(); // an undo image has no voxel terrain, yet it stays
+    const TileState undo = world.tile.write(tile::WriteUndo);
+    const TileState file = world.tile.write(tile::WritePlain | tile::WriteFinal);
+    for (const auto& [eGroup, uElement] : s_arrSections)
+    {
+        const std::string sWanted = std::string("2:records of ") + tile::sectionGroup(eGroup).pName;
+        EXPECT_EQ(sectionText(file.bytes(), 1, eGroup, uElement), sWanted);
+        EXPECT_EQ(sectionText(undo.bytes(), 1, eGroup, uElement),
+                  eGroup == tile::SectionGroup::VoxelTerrain ? "" : sWanted);
+        EXPECT_EQ(sectionText(file.bytes(), 0, eGroup, uElement), "");
+    }
+    EXPECT_EQ(std::vector<std::byte>(file.bytes().begin(), file.bytes().end()).size(),
+              builder.image().size());
+
+    // Another document has none of them.
+    const TileState empty = TileWorld(1, 1).tile.write(tile::WriteFinal);
+    ASSERT_TRUE(read(empty.bytes()));
+    EXPECT_EQ(world.tile.write(tile::WriteFinal).size, empty.size);
+}
+
+TEST_F(TileObjectsTest, olderFilesWithObjectsOpenWithoutAName)
+{
+    const auto path = world.folder.path() / "test/old.tile";
+    for (const bool bObjects : {false, true})
+    {
+        ImageBuilder builder(world.tile.write(tile::WriteFinal));
+        builder.setVersion(12);
+        if (bObjects)
+            builder.add(0, tile::SectionGroup::Decals, 0, 1, "a decal of version 12");
+        static_cast<void>(writeFileSafely(path, builder.image()));
+        ASSERT_TRUE(world.tile.load("$TEST_DATA/old.tile")) << log.dump();
+        EXPECT_EQ(world.tile.holdsForeignObjects(), bObjects);
+        EXPECT_EQ(world.tile.name(), bObjects ? "" : "old.tile");
+    }
+}
+
+TEST_F(TileObjectsTest, damagedSectionsAreRefusedThoughNobodyUnderstandsThem)
+{
+    for (const auto& [eGroup, uElement] : s_arrSections)
+    {
+        ImageBuilder builder(world.tile.write(tile::WriteFinal));
+        builder.add(0, eGroup, uElement, 1, std::string(300, 'x') + "y");
+        auto image = builder.image();
+        image.back() ^= std::byte{0xFF};
+        image[image.size() - 8] ^= std::byte{0xFF};
+        image.resize(image.size() - 1);
+        log.clear();
+        EXPECT_FALSE(read(image)) << tile::sectionGroup(eGroup).pName;
+        EXPECT_TRUE(log.has("ASSERT: 'u")) << log.dump();
+    }
+}
+
+/// Keeps texts as objects: one record is a byte of length and the text.
+struct TextProvider : CellObjectProviderI
+{
+    tile::SectionGroup group() const override { return tile::SectionGroup::Nodes; }
+    void prepareWrite(uint32_t, const std::string& sPath) override { sPrepared = sPath; }
+    void releaseWrite() override { ++iReleased; }
+    uint64_t revision(const ObjectCell&, uint32_t, uint32_t) const override { return uRevision; }
+    uint32_t appendRecords(ByteStream& stream, const ObjectCell& cell, uint32_t, uint32_t) override
+    {
+        ++iAsked;
+        for (const std::string& sText : cell.bBounded ? mapTexts[cell.uIndex] : mapTexts[0])
+        {
+            stream.write(static_cast<uint8_t>(sText.size()));
+            stream.write(sText.data(), sText.size());
+        }
+        return static_cast<uint32_t>((cell.bBounded ? mapTexts[cell.uIndex] : mapTexts[0]).size());
+    }
+    size_t checkRecords(std::span<const std::byte> spanRecords, uint32_t uCount, uint32_t) const override
+    {
+        size_t uPlace = 0;
+        for (; uCount > 0 && uPlace < spanRecords.size(); --uCount)
+            uPlace += 1 + static_cast<size_t>(spanRecords[uPlace]);
+        return uPlace;
+    }
+    void beginRead(bool, bool, bool) override { mapTexts.clear(); }
+    void readRecords(std::span<const std::byte> spanRecords, uint32_t, const ObjectCell& cell,
+                     uint32_t) override
+    {
+        for (size_t uPlace = 0; uPlace < spanRecords.size();
+             uPlace += 1 + static_cast<size_t>(spanRecords[uPlace]))
+            mapTexts[cell.uIndex].emplace_back(reinterpret_cast<const char*>(spanRecords.data()) + uPlace + 1,
+                                               static_cast<size_t>(spanRecords[uPlace]));
+    }
+    void endRead() override {}
+
+    std::map<size_t, std::vector<std::string>> mapTexts;
+    std::string sPrepared;
+    uint64_t uRevision = 0;
+    int iReleased = 0;
+    std::atomic<int> iAsked = 0;
+};
+
+TEST_F(TileObjectsTest, aProviderFillsAndReadsItsSections)
+{
+    TextProvider provider;
+    world.tile.addProvider(provider);
+    provider.mapTexts[0] = {"first", "second"};
+    provider.mapTexts[1] = {"third"};
+    provider.uRevision = 1;
+    world.tile.pushState(true);
+    EXPECT_EQ(provider.iAsked, 2);
+    EXPECT_EQ(provider.iReleased, 1);
+    provider.mapTexts[1].push_back("fourth");
+    EXPECT_FALSE(world.tile.pushState(false)) << "the revision says that nothing changed";
+    provider.uRevision = 2;
+    EXPECT_TRUE(world.tile.pushState(false));
+    world.tile.undo();
+    EXPECT_EQ(provider.mapTexts[1], std::vector<std::string>{"third"});
+    world.tile.redo();
+    EXPECT_EQ(provider.mapTexts[1], (std::vector<std::string>{"third", "fourth"}));
+    EXPECT_EQ(provider.mapTexts[0], (std::vector<std::string>{"first", "second"}));
+
+    // A record that reaches past its section.
+    ImageBuilder builder(TileWorld(2, 1).tile.write(tile::WriteFinal));
+    builder.add(0, tile::SectionGroup::Nodes, 0, 1, std::string("\7short"));
+    EXPECT_FALSE(read(builder.image()));
+    EXPECT_TRUE(log.has("ASSERT: 'uReadSize == h.nodeSize'"));
+    EXPECT_EQ(provider.mapTexts[0].size(), 2u);
+}
+
+TEST_F(TileObjectsTest, withoutGroundObjectsAreWrittenOnce)
+{
+    TileWorld objects(2, 2, tile::TypeObjects);
+    TextProvider provider;
+    objects.tile.addProvider(provider);
+    provider.mapTexts[0] = {"only"};
+    const TileState state = objects.tile.write(tile::WriteFinal);
+    EXPECT_EQ(sectionText(state.bytes(), 0, tile::SectionGroup::Nodes, 0), "1:\4only");
+    for (size_t uCell = 1; uCell < 4; ++uCell)
+        EXPECT_EQ(sectionText(state.bytes(), uCell, tile::SectionGroup::Nodes, 0), "");
+}
+
+} // namespace

@@ -1,0 +1,120 @@
+#pragma once // The editor object without a window or a device, in folders of its own.
+
+#include "KestrelCommon/Services/DirectoryManager.h"
+#include "KestrelCommon/Services/InputManager.h"
+#include "KestrelCommon/Ugc/UgcManager.h"
+#include "KestrelCommon/renderer/Camera.h"
+#include "Tests/Support/LogCapture.h"
+#include "Tests/Support/TempFolder.h"
+#include "TileEditorCommon/Document/Tile.h"
+#include "TileEditorCommon/Editor/TileEditor.h"
+#include "TileEditorCommon/Ground/EditorTerrainSurface.h"
+
+#include <chrono>
+#include <fstream>
+#include <thread>
+
+/// Windows that remember what they were asked.
+struct FakeInterface : tilebuilder::EditorInterfaceI
+{
+    bool isMouseFree() const override { return !bOverWidget; }
+    bool hasNoKeyFocus() const override { return true; }
+    bool isMouseOverWidget() const override { return bOverWidget; }
+    bool isEditing() const override { return false; }
+    void showToolPanels(uint8_t uTool) override { uPanels = uTool; }
+    void showNewWindow() override {}
+    void showOpenWindow() override {}
+    void showSaveAsWindow() override { ++iSaveAs; }
+    void toggleStatusOverlay() override {}
+    void refresh(uint32_t) override {}
+    void showMessage(std::string_view, std::string_view sText) override { sMessage = sText; }
+    void askYesNo(std::string_view, std::string_view sText, std::function<void()> fnYes) override
+    {
+        sQuestion = sText;
+        fnOnYes = std::move(fnYes);
+    }
+    void showProgress(std::string_view, float) override {}
+    void hideProgress() override {}
+
+    bool bOverWidget = false;
+    uint8_t uPanels = 99;
+    int iSaveAs = 0;
+    std::string sMessage;
+    std::string sQuestion;
+    std::function<void()> fnOnYes;
+};
+
+struct EditorWorld
+{
+    EditorWorld()
+        : directories(
+              {folder.path() / "roaming", folder.path() / "local", folder.path() / "game/Release", {}, 7})
+    {
+        directories.initialise();
+        pUgc = std::make_unique<UgcManager>(nullptr);
+        camera.width = 1280.0f;
+        camera.height = 720.0f;
+        camera.nearPlane = 0.1f;
+        camera.farPlane = 2000.0f;
+        tilebuilder::EditorServices services;
+        services.pCamera = &camera;
+        services.pInput = &input;
+        pEditor = std::make_unique<tilebuilder::TileEditor>(services, true, 0);
+        pEditor->setInterface(&windows);
+        // Looks straight down at the middle of a one-cell tile.
+        camera.position = {32.0f, 32.0f, 60.0f};
+        camera.lookAlong({0.0f, 0.001f, -1.0f});
+        frames(3, 0.016f);
+    }
+
+    void frames(int iCount, float dt)
+    {
+        for (int iFrame = 0; iFrame < iCount; ++iFrame)
+        {
+            input.update();
+            pEditor->update(dt);
+            input.endFrame();
+        }
+    }
+
+    void button(bool bDown)
+    {
+        PlatformEvent event;
+        event.eType = PlatformEventType::MouseButton;
+        event.iX = 640;
+        event.iY = 360;
+        event.bDown = bDown;
+        input.queue(event);
+    }
+
+    /// A stroke of that many frames in the middle of the view, and the quiet after it.
+    void stroke(int iFrames)
+    {
+        PlatformEvent move;
+        move.eType = PlatformEventType::MouseMove;
+        move.iX = 640;
+        move.iY = 360;
+        input.queue(move);
+        button(true);
+        frames(iFrames, 0.05f);
+        button(false);
+        frames(2, 0.016f);
+    }
+
+    void waitForQuiet()
+    {
+        std::this_thread::sleep_for(std::chrono::milliseconds(160));
+        frames(1, 0.016f);
+    }
+
+    [[nodiscard]] float middleHeight() const { return pEditor->surface().getHeight(32.0f, 32.0f); }
+
+    LogCapture log;
+    TempFolder folder;
+    DirectoryManager directories;
+    std::unique_ptr<UgcManager> pUgc;
+    InputManager input;
+    Camera camera;
+    FakeInterface windows;
+    std::unique_ptr<tilebuilder::TileEditor> pEditor;
+};

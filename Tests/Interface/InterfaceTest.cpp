@@ -1,0 +1,226 @@
+// The real windows on a recording device: layouts load without a word, and clicks arrive.
+
+#include "KestrelCommon/Services/InputManager.h"
+#include "MyGuiCommon/EditorButton.h"
+#include "MyGuiCommon/PopUpManager.h"
+#include "Tests/Interface/FakeActions.h"
+#include "Tests/MyGui/GuiFixture.h"
+#include "TileEditorCommon/Interface/HelpWindow.h"
+#include "TileEditorCommon/Interface/KeyBindings.h"
+#include "TileEditorCommon/Interface/TileEditorInterface.h"
+
+#include <MyGUI_Button.h>
+#include <MyGUI_ItemBox.h>
+#include <MyGUI_MenuBar.h>
+#include <MyGUI_MenuItem.h>
+#include <MyGUI_ScrollView.h>
+#include <MyGUI_Window.h>
+
+namespace
+{
+
+using namespace tilebuilder;
+
+constexpr int s_iEnter = 28;
+constexpr int s_iDown = 0xD0;
+
+struct InterfaceTest : GuiFixture
+{
+    void SetUp() override
+    {
+        GuiFixture::SetUp();
+        m_pPopUps = std::make_unique<PopUpManager>(*m_pGui);
+        m_pInterface = std::make_unique<TileEditorInterface>(
+            InterfaceParts{*m_pGui, *m_pPopUps, m_actions, m_keys, true, {}});
+        m_pInterface->showToolPanels(ToolHeight);
+        settle(2);
+    }
+    void TearDown() override
+    {
+        m_pInterface.reset();
+        m_pPopUps.reset();
+        GuiFixture::TearDown();
+    }
+
+    InputManager m_input;
+    KeyBindings m_keys{m_input};
+    FakeActions m_actions;
+    std::unique_ptr<PopUpManager> m_pPopUps;
+    std::unique_ptr<TileEditorInterface> m_pInterface;
+};
+
+TEST_F(InterfaceTest, allSizeClassesLoadWithoutAWordAndKeepTheViewClear)
+{
+    for (const auto& [iWidth, iHeight] :
+         {std::pair{1920, 1080}, {2560, 1440}, {3840, 2160}, {320, 240}, {1280, 720}})
+    {
+        m_pGui->resize(iWidth, iHeight);
+        m_pInterface->refresh(~0u);
+        m_pInterface->updateOverlay(60, 4.0, 2.0);
+        settle(2);
+        EXPECT_EQ(widget("MenuBarContainer")->getWidth(), iWidth);
+    }
+    m_pGui->mouseMove(640, 400, 0);
+    EXPECT_TRUE(m_pInterface->isPointerFree());
+    EXPECT_TRUE(m_pInterface->isMouseFree());
+    m_pGui->mouseMove(100, 100, 0);
+    EXPECT_FALSE(m_pInterface->isMouseFree());
+}
+
+TEST_F(InterfaceTest, menuOpensAndItsEntryActs)
+{
+    auto* pBar = widget<MyGUI::MenuBar>("LeftMenuBar");
+    click(pBar->getItemAt(0));
+    settle();
+    MyGUI::MenuControl* pFile = pBar->getItemChildAt(0);
+    ASSERT_TRUE(pFile->getInheritedVisible());
+    click(pFile->getItemAt(3));
+    EXPECT_EQ(m_actions.sCalls, "save;");
+    settle();
+    EXPECT_FALSE(pFile->getInheritedVisible());
+    EXPECT_FALSE(m_pGui->hasKeyFocus()) << "a closed menu keeps the keyboard from the keys";
+
+    click(pBar->getItemAt(0));
+    settle();
+    click(900, 500); // beside it
+    settle();
+    EXPECT_FALSE(pFile->getInheritedVisible());
+    EXPECT_FALSE(m_pGui->hasKeyFocus());
+
+    click(pBar->getItemAt(0));
+    settle();
+    EXPECT_TRUE(pFile->getInheritedVisible());
+    key(1); // escape
+    settle();
+    EXPECT_FALSE(pFile->getInheritedVisible());
+}
+
+TEST_F(InterfaceTest, toolButtonsAndPanelsWriteThrough)
+{
+    click(widget("Texture"));
+    EXPECT_EQ(m_actions.sCalls, "tool 1;");
+    click(widget("HeightModeSmooth"));
+    EXPECT_EQ(m_actions.state.heightMode, HeightSmooth);
+    EXPECT_TRUE(widget<MyGUI::Button>("HeightModeSmooth")->getStateSelected());
+    click(widget("Falloff4"));
+    EXPECT_EQ(m_actions.state.pBrush, FakeActions::brush(4));
+
+    // A value that changed elsewhere shows at the next refresh.
+    m_actions.state.heightMode = HeightFlatten;
+    m_pInterface->refresh(0);
+    EXPECT_TRUE(widget<MyGUI::Button>("HeightModeFlatten")->getStateSelected());
+    EXPECT_FALSE(widget<MyGUI::Button>("HeightModeSmooth")->getStateSelected());
+    m_pInterface->showToolPanels(ToolPlace);
+    EXPECT_FALSE(widget("BrushWindow")->getVisible());
+}
+
+TEST_F(InterfaceTest, newWindowMakesTheChosenSizeAndGoes)
+{
+    m_pInterface->showNewWindow();
+    settle(2);
+    EXPECT_FALSE(m_pInterface->isMouseFree() && !m_pGui->mouseMove(640, 650, 0))
+        << "the backdrop keeps the view";
+    auto* pWindow = widget<MyGUI::Window>("NewWindow");
+    EXPECT_EQ(pWindow->getHeight(), 320);
+    MyGUI::Widget* pClient = pWindow->getClientWidget();
+    ASSERT_EQ(pClient->getChildCount(), 5u);
+    EXPECT_EQ(pClient->getChildAt(4)->getPosition(), MyGUI::IntPoint(20, 220));
+    click(pClient->getChildAt(4));
+    EXPECT_EQ(m_actions.sCalls, "new 16;");
+    EXPECT_FALSE(widget("Popup")->getVisible());
+
+    m_pInterface->showNewWindow();
+    key(s_iDown);
+    key(s_iEnter);
+    EXPECT_EQ(m_actions.sCalls, "new 16;new 2;");
+}
+
+TEST_F(InterfaceTest, openWindowSearchesAndOpensByEnterOrClick)
+{
+    m_actions.vecFiles = {{"Dunes", "$GAME_DATA/Dunes.tile", "Creative"},
+                          {"North #1", "$CONTENT_DATA/n.tile", "User"},
+                          {"North Hill", "$CONTENT_DATA/h.tile", "User"}};
+    m_pInterface->showOpenWindow();
+    settle(2);
+    ASSERT_TRUE(m_pGui->isEditing());
+    type("nor");
+    EXPECT_EQ(widget<MyGUI::ItemBox>("TileList")->getItemCount(), 2u);
+    settle(2);
+    key(s_iEnter);
+    EXPECT_EQ(m_actions.sCalls, "open $CONTENT_DATA/n.tile;");
+    EXPECT_FALSE(widget("OpenTileWindow")->getVisible());
+
+    m_pInterface->showOpenWindow();
+    key(s_iDown);
+    key(s_iDown);
+    key(s_iDown);
+    key(s_iDown);
+    key(s_iEnter);
+    EXPECT_EQ(m_actions.sCalls, "open $CONTENT_DATA/n.tile;open $CONTENT_DATA/h.tile;");
+
+    m_pInterface->showOpenWindow();
+    settle(2);
+    const MyGUI::IntCoord list = widget("TileList")->getAbsoluteCoord();
+    click(list.left + 60, list.top + 18);
+    EXPECT_TRUE(m_actions.sCalls.ends_with("open $GAME_DATA/Dunes.tile;"));
+
+    m_pInterface->showOpenWindow();
+    type("zzz");
+    key(s_iDown);
+    key(s_iEnter); // nothing to open
+    EXPECT_TRUE(widget("OpenTileWindow")->getVisible());
+}
+
+TEST_F(InterfaceTest, helpShowsEveryPage)
+{
+    auto* pBar = widget<MyGUI::MenuBar>("LeftMenuBar");
+    click(pBar->getItemAt(4));
+    ASSERT_TRUE(widget("HelpWindow")->getVisible());
+    auto* pPage = widget<MyGUI::ScrollView>("HelpPage");
+    for (size_t i = 0; i < s_arrHelpPages.size(); ++i)
+    {
+        EXPECT_GE(pPage->getChildCount(), 2u) << s_arrHelpPages[i].pFile;
+        EXPECT_TRUE(widget<MyGUI::Button>(std::string("Help ") + s_arrHelpPages[i].pTab)->getStateSelected());
+        key(s_iDown);
+        settle(1);
+    }
+    key(1); // escape
+    EXPECT_FALSE(widget("HelpWindow")->getVisible());
+}
+
+TEST_F(InterfaceTest, saveAsKeepsTheFolderOnlyUnderTheSameName)
+{
+    m_actions.sName = "Hill";
+    m_actions.sDirectory = "$CONTENT_DATA/Tiles/x";
+    const auto save = [&](const char* pName)
+    {
+        m_actions.sCalls.clear();
+        m_pInterface->showSaveAsWindow();
+        if (pName)
+            type(pName);
+        key(s_iEnter);
+        m_pPopUps->update();
+        return m_actions.sCalls;
+    };
+    EXPECT_EQ(save(nullptr), "saveAs Hill|$CONTENT_DATA/Tiles/x;");
+    EXPECT_EQ(save("Valley"), "saveAs Valley|;");
+    EXPECT_EQ(save("bad/name"), "");
+    EXPECT_TRUE(m_pPopUps->isOpen()) << "the message about the name";
+    key(s_iEnter);
+    m_pPopUps->update();
+    EXPECT_FALSE(m_pPopUps->isOpen());
+}
+
+TEST_F(InterfaceTest, savingWithNothingOpenOnlyWarns)
+{
+    m_actions.bOpen = false;
+    m_pInterface->showSaveAsWindow();
+    type("Hill");
+    key(s_iEnter);
+    m_pPopUps->update();
+    EXPECT_EQ(m_actions.sCalls, "");
+    EXPECT_TRUE(m_log.has("Tile Save Error"));
+    m_uExpectedWarnings = 1;
+}
+
+} // namespace

@@ -1,0 +1,159 @@
+#include "KestrelCommon/Services/InputManager.h"
+#include "Tests/Interface/FakeActions.h"
+#include "Tests/Interface/FakeWindows.h"
+#include "TileEditorCommon/Interface/BarModels.h"
+#include "TileEditorCommon/Interface/EditorBindings.h"
+#include "TileEditorCommon/Interface/FileNameRule.h"
+#include "TileEditorCommon/Interface/KeyBindings.h"
+#include "TileEditorCommon/Interface/StatusText.h"
+#include "TileEditorCommon/Interface/TileSearch.h"
+#include "TileEditorCommon/Interface/ToolPanels.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+
+using namespace tilebuilder;
+
+TEST(FileNameRuleTest, takesAndRefuses)
+{
+    for (const char* pName : {"Hill", "Hill 2", ".", "..", ".hidden", "H\xC3\xBCgel", "a*b?c"})
+        EXPECT_TRUE(isValidFileName(pName)) << pName;
+    for (const char* pName : {"", " Hill", "Hill ", "Hill.", "...", "a/b", "a\\b", "a:b", "a\"b", "a<b",
+                              "a>b", "a|b", "a\tb", "a\x1f"})
+        EXPECT_FALSE(isValidFileName(pName)) << pName;
+}
+
+TEST(StatusTextTest, fourSignificantDigitsAndTheGridOnlyWithOne)
+{
+    StatusFigures figures{.uFrames = 61,
+                          .fCpuMs = 4.32167,
+                          .fGpuMs = 0.0,
+                          .camera = {1234.567f, -0.0125f, 32.0f},
+                          .cursor = {0.0f, 12345.6f, 3.0f}};
+    EXPECT_EQ(statusText(figures), "FPS: 61\nRendering Time CPU 4.322\nRendering Time GPU 0\n\n"
+                                   "Camera Position 1235 -0.0125 32\nCursor Position 0 1.235e+04 3");
+    figures.gridSpacing = 0.25f;
+    EXPECT_TRUE(statusText(figures).ends_with("\nGrid Spacing 0.25"));
+}
+
+TEST(TileSearchTest, everyWordMustOccurInAnyOrder)
+{
+    const std::vector<TileFile> vecFiles{
+        {"River Valley", {}, {}}, {"Valley of Stone", {}, {}}, {"Dunes", {}, {}}};
+    const auto find = [&](const char* pText) { return filterTiles(vecFiles, searchWords(pText)); };
+    using Found = std::vector<size_t>;
+    EXPECT_EQ(find("VALLEY"), (Found{0, 1}));
+    EXPECT_EQ(find("  stone  val "), (Found{1}));
+    EXPECT_EQ(find(""), (Found{0, 1, 2}));
+    EXPECT_EQ(find("valley dunes"), Found{});
+}
+
+struct BarModelsTest : testing::Test
+{
+    BarModelsTest() { bindEditorActions(m_keys, m_actions, m_windows); }
+
+    static const MenuEntry* find(const std::vector<MenuEntry>& vecEntries, const std::string& sLabel)
+    {
+        for (const MenuEntry& entry : vecEntries)
+        {
+            if (entry.sLabel.starts_with(sLabel) || entry.sId == sLabel)
+                return &entry;
+            if (const MenuEntry* pFound = find(entry.vecChildren, sLabel))
+                return pFound;
+        }
+        return nullptr;
+    }
+
+    InputManager m_input;
+    FakeActions m_actions;
+    FakeWindows m_windows;
+    KeyBindings m_keys{m_input};
+};
+
+TEST_F(BarModelsTest, menuEntriesActAndNameTheirKeys)
+{
+    const auto vecBar = buildLeftBar(m_actions, m_windows, m_keys, {});
+    std::string sMenus;
+    for (const MenuEntry& menu : vecBar)
+        sMenus += menu.sLabel + " ";
+    EXPECT_EQ(sMenus, "File Editor View Window Help ");
+    EXPECT_EQ(find(vecBar, "Save ")->sLabel, "Save #BBBBBB(ctrl+s)");
+    for (const char* pLabel : {"New ", "Open ", "Save ", "Save As ", "Exit"})
+        find(vecBar, pLabel)->fnAction();
+    EXPECT_EQ(m_windows.sCalls, "newWindow;openWindow;saveAsWindow;");
+    EXPECT_EQ(m_actions.sCalls, "save;exit;");
+}
+
+TEST_F(BarModelsTest, withNothingOpenSavingIsGreyAndTheRightBarEmpty)
+{
+    m_actions.bOpen = false;
+    m_actions.vecStack = {"$X_DATA/a.tile"};
+    for (const EntryState& state : leftBarStates(m_actions))
+        EXPECT_FALSE(state.bEnabled) << state.sId;
+    EXPECT_TRUE(buildRightBar(m_actions).empty());
+    m_actions.bOpen = true;
+    for (const EntryState& state : leftBarStates(m_actions))
+        EXPECT_TRUE(state.bEnabled) << state.sId;
+    m_actions.vecStack.clear();
+    EXPECT_TRUE(buildRightBar(m_actions).empty());
+}
+
+TEST_F(BarModelsTest, toolButtonsShowTheToolInUse)
+{
+    m_actions.state.tool = ToolHeight;
+    m_actions.state.transformMode = 1;
+    auto vecButtons = buildToolButtons(m_actions, m_keys);
+    ASSERT_EQ(vecButtons.size(), 10u);
+    EXPECT_EQ(*find(vecButtons, "Height")->colour, ToolColours::active);
+    EXPECT_EQ(*find(vecButtons, "Asset")->colour, ToolColours::inactive);
+    EXPECT_EQ(*find(vecButtons, "Rotate")->colour, ToolColours::yBright);
+    EXPECT_FLOAT_EQ((*find(vecButtons, "Scale")->colour)[0], 0.55f);
+    EXPECT_FLOAT_EQ((*find(vecButtons, "Scale")->colour)[2], 0.55f * 0.55f);
+    EXPECT_EQ(find(vecButtons, "Height")->sTip, "Paint Ground Height #BBBBBB(2)");
+    find(vecButtons, "Clutter")->fnAction();
+    find(vecButtons, "Translate")->fnAction();
+    EXPECT_EQ(m_actions.sCalls, "tool 3;dirty;");
+    EXPECT_EQ(m_actions.state.transformMode, 0);
+}
+
+TEST_F(BarModelsTest, rightBarNamesTheDocumentAndLeadsBack)
+{
+    m_actions.vecStack = {"$CONTENT_DATA/Tiles/My #1.tile"};
+    auto vecBar = buildRightBar(m_actions);
+    EXPECT_FALSE(find(vecBar, "Back")->bEnabled);
+    EXPECT_EQ(find(vecBar, "Name")->sLabel, "My ##1.tile");
+    EXPECT_EQ(find(vecBar, "Name")->sTip,
+              "$CONTENT_DATA/Tiles/My ##1.tile #CCAACC { 00000000-0000-0000-0000-000000000000 }");
+    EXPECT_TRUE(find(vecBar, "Name")->vecChildren.empty());
+
+    const uint64_t uSaved = hashMenu(vecBar);
+    m_actions.bUnsaved = true;
+    vecBar = buildRightBar(m_actions);
+    EXPECT_EQ(find(vecBar, "Name")->sLabel, "My ##1.tile*");
+    EXPECT_NE(hashMenu(vecBar), uSaved);
+
+    m_actions.vecStack = {"$A_DATA/a.tile", "$A_DATA/b.prefab", "$A_DATA/c.prefab"};
+    vecBar = buildRightBar(m_actions);
+    EXPECT_TRUE(find(vecBar, "Back")->bEnabled);
+    find(vecBar, "Back")->fnAction();
+    ASSERT_EQ(find(vecBar, "Name")->vecChildren.size(), 2u);
+    EXPECT_EQ(find(vecBar, "Name")->vecChildren[0].sLabel, "b.prefab");
+    find(vecBar, "Name")->vecChildren[1].fnAction();
+    EXPECT_EQ(m_actions.sCalls, "level 1;level 0;");
+}
+
+TEST_F(BarModelsTest, panelsFollowTheTool)
+{
+    EXPECT_EQ(panelsOf(ToolHeight), (ToolPanels{true, true}));
+    EXPECT_EQ(panelsOf(ToolColor), (ToolPanels{true, false}));
+    EXPECT_EQ(panelsOf(ToolPlace), (ToolPanels{false, false}));
+    const auto vecButtons = falloffButtons(m_actions);
+    ASSERT_EQ(vecButtons.size(), 6u);
+    EXPECT_TRUE(vecButtons[1].bChecked);
+    EXPECT_FALSE(vecButtons[0].bChecked);
+    EXPECT_TRUE(vecButtons[5].sIcon.ends_with("ed_falloff_gauss.png"));
+}
+
+} // namespace
