@@ -28,13 +28,14 @@ public:
 
 } // namespace
 
+/// The members end in the reverse of their order: the manager lets go of its source first.
 struct GuiLog::Impl
 {
     MyGUI::LevelLogFilter filter;
     ConsoleListener console;
     MyGUI::FileLogListener file;
     MyGUI::LogSource source;
-    MyGUI::LogManager manager; ///< ends first; it closes the source but doesn't own it
+    MyGUI::LogManager manager;
 };
 
 GuiLog::GuiLog(const std::string& sFile) : m_pImpl(std::make_unique<Impl>())

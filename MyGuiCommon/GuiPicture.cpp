@@ -1,7 +1,6 @@
 #include "MyGuiCommon/GuiPicture.h"
 
 #include "KestrelCommon/Core/Console.h"
-#include "KestrelCommon/Resources/Picture.h"
 
 namespace
 {
@@ -9,7 +8,7 @@ namespace
 constexpr int s_iBleedPixels = 4;
 
 /// Gives each clear pixel that has a coloured neighbour the mean of those neighbours' colours.
-void bleedOnce(GuiPicture& picture, std::vector<uint8_t>& vecKnown)
+void bleedOnce(resource::Picture& picture, std::vector<uint8_t>& vecKnown)
 {
     const std::vector<uint8_t> vecBefore = vecKnown;
     const auto at = [&](int iX, int iY)
@@ -27,39 +26,34 @@ void bleedOnce(GuiPicture& picture, std::vector<uint8_t>& vecKnown)
                     if (!vecBefore[at(iU, iV)])
                         continue;
                     for (size_t c = 0; c < 3; ++c)
-                        arrSum[c] += picture.vecPixels[at(iU, iV) * 4 + c];
+                        arrSum[c] += std::to_integer<int>(picture.vecPixels[at(iU, iV) * 4 + c]);
                     ++iCount;
                 }
             if (iCount == 0)
                 continue;
             for (size_t c = 0; c < 3; ++c)
-                picture.vecPixels[at(iX, iY) * 4 + c] = static_cast<uint8_t>(arrSum[c] / iCount);
+                picture.vecPixels[at(iX, iY) * 4 + c] = static_cast<std::byte>(arrSum[c] / iCount);
             vecKnown[at(iX, iY)] = 1;
         }
 }
 
-void bleedColours(GuiPicture& picture)
+} // namespace
+
+void bleedColours(resource::Picture& picture)
 {
     std::vector<uint8_t> vecKnown(picture.vecPixels.size() / 4);
     for (size_t i = 0; i < vecKnown.size(); ++i)
-        vecKnown[i] = picture.vecPixels[i * 4 + 3] > 0;
+        vecKnown[i] = picture.vecPixels[i * 4 + 3] != std::byte{0};
     for (int i = 0; i < s_iBleedPixels; ++i)
         bleedOnce(picture, vecKnown);
 }
 
-} // namespace
-
-std::optional<GuiPicture> loadGuiPicture(const std::string& sRealPath)
+std::optional<resource::Picture> loadGuiPicture(const std::string& sRealPath)
 {
-    const auto loaded = resource::loadPicture(sRealPath);
-    if (!loaded)
-    {
+    std::optional<resource::Picture> picture = resource::loadPicture(sRealPath);
+    if (picture)
+        bleedColours(*picture);
+    else
         QM_LOG_ERROR("Failed to load picture '", sRealPath, "'");
-        return std::nullopt;
-    }
-    GuiPicture picture{loaded->iWidth, loaded->iHeight, {}};
-    picture.vecPixels.resize(loaded->vecPixels.size());
-    std::memcpy(picture.vecPixels.data(), loaded->vecPixels.data(), loaded->vecPixels.size());
-    bleedColours(picture);
     return picture;
 }

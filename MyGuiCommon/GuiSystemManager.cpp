@@ -252,6 +252,11 @@ void GuiSystemManager::update()
     }
     if (m_settings.fnSetCursor)
         m_settings.fnSetCursor(shapeOf(m_sPointer));
+    if (const bool bEditing = isEditing(); m_textInput != bEditing && m_settings.fnSetTextInput)
+    {
+        m_textInput = bEditing;
+        m_settings.fnSetTextInput(bEditing);
+    }
 }
 
 void GuiSystemManager::draw(float fDt, rend::TargetHandle target)

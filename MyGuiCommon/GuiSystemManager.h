@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -31,6 +32,7 @@ struct GuiSettings
 
     // The platform; may be empty
     std::function<void(CursorShape)> fnSetCursor;
+    std::function<void(bool)> fnSetTextInput; ///< typing begins or ends: input methods on or off
     std::function<std::string()> fnClipboardText;
     std::function<void(const std::string&)> fnSetClipboardText;
 };
@@ -126,5 +128,6 @@ private:
     std::string m_sShader;
     std::unique_ptr<Core> m_pCore;
     std::vector<GuiReloadListener*> m_vecListeners;
-    std::string m_sPointer; ///< shape that the widget under the mouse asks for
+    std::optional<bool> m_textInput; ///< what the platform was told last
+    std::string m_sPointer;          ///< shape that the widget under the mouse asks for
 };

@@ -7,6 +7,8 @@
 namespace
 {
 
+constexpr std::array<uint8_t, 4> s_arrClear{};
+
 /// MyGUI keeps colours as blue, green, red, alpha; the device takes red first and no three-byte texels.
 std::vector<uint8_t> toRgba(const std::vector<uint8_t>& vecIn, size_t uBytes)
 {
@@ -61,19 +63,19 @@ void GuiTexture::createManual(int iWidth, int iHeight, MyGUI::TextureUsage usage
     m_texture = m_device.createTexture(desc);
 }
 
-void GuiTexture::upload(const std::vector<uint8_t>& vecPixels, size_t uBytesPerPixel)
+void GuiTexture::upload(std::span<const std::byte> spanPixels, size_t uBytesPerPixel)
 {
     m_device.updateTexture(m_texture, {.iWidth = m_iWidth, .iHeight = m_iHeight},
-                           static_cast<size_t>(m_iWidth) * uBytesPerPixel,
-                           std::as_bytes(std::span(vecPixels)));
+                           static_cast<size_t>(m_iWidth) * uBytesPerPixel, spanPixels);
 }
 
 void GuiTexture::loadFromFile(const std::string& sFile)
 {
-    const std::optional<GuiPicture> picture = loadGuiPicture(m_data.realPath(sFile));
+    const std::optional<resource::Picture> picture = loadGuiPicture(m_data.realPath(sFile));
     createManual(picture ? picture->iWidth : 1, picture ? picture->iHeight : 1,
                  MyGUI::TextureUsage::Static | MyGUI::TextureUsage::Write, MyGUI::PixelFormat::R8G8B8A8);
-    upload(picture ? picture->vecPixels : std::vector<uint8_t>(4), 4);
+    upload(picture ? std::span<const std::byte>(picture->vecPixels) : std::as_bytes(std::span(s_arrClear)),
+           4);
 }
 
 void GuiTexture::saveToFile(const std::string& sFile)
@@ -94,9 +96,9 @@ void GuiTexture::unlock()
         return;
     const size_t uBytes = getNumElemBytes();
     if (uBytes == 2)
-        upload(m_vecLocked, 2);
+        upload(std::as_bytes(std::span(m_vecLocked)), 2);
     else if (uBytes > 0)
-        upload(toRgba(m_vecLocked, uBytes), 4);
+        upload(std::as_bytes(std::span<const uint8_t>(toRgba(m_vecLocked, uBytes))), 4);
     m_vecLocked = {};
     m_bLocked = false;
 }

@@ -3,6 +3,7 @@
 #include "KestrelCommon/Device/GraphicsDeviceI.h"
 
 #include <MyGUI_ITexture.h>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -37,7 +38,7 @@ public:
     size_t getNumElemBytes() const override { return static_cast<size_t>(m_format.getBytesPerPixel()); }
 
 private:
-    void upload(const std::vector<uint8_t>& vecPixels, size_t uBytesPerPixel);
+    void upload(std::span<const std::byte> spanPixels, size_t uBytesPerPixel);
 
     std::string m_sName;
     rend::GraphicsDeviceI& m_device;

@@ -167,6 +167,7 @@ bool TileEditorStandalone::setUpGui()
     if (m_pWindow)
     {
         settings.fnSetCursor = [this](CursorShape eShape) { m_pWindow->setCursor(eShape); };
+        settings.fnSetTextInput = &Window::setTextInput;
         settings.fnClipboardText = &Window::clipboardText;
         settings.fnSetClipboardText = &Window::setClipboardText;
     }

@@ -77,6 +77,8 @@ struct Window::Impl
     int iVersion = 0;
     int iMouseX = 0;
     int iMouseY = 0;
+    int iAnchorX = 0; ///< where relative mode holds the cursor, window coordinates
+    int iAnchorY = 0;
     float fWheelRest = 0.0f; ///< part of a wheel step that was too small to report
     CursorShape eShape = CursorShape::Count;
     std::array<std::unique_ptr<SDL_Cursor, CursorDeleter>, static_cast<size_t>(CursorShape::Count)>
@@ -355,13 +357,27 @@ void Window::showCursor(bool bShown)
 
 void Window::setRelativeMouse(bool bOn)
 {
-    if (bOn != isRelativeMouse())
-        SDL_SetRelativeMouseMode(bOn ? SDL_TRUE : SDL_FALSE);
+    if (bOn == isRelativeMouse())
+        return;
+    if (bOn)
+        SDL_GetMouseState(&m_pImpl->iAnchorX, &m_pImpl->iAnchorY);
+    SDL_SetRelativeMouseMode(bOn ? SDL_TRUE : SDL_FALSE);
+    // Some drivers let the hidden cursor wander.
+    if (!bOn)
+        SDL_WarpMouseInWindow(m_pImpl->pWindow, m_pImpl->iAnchorX, m_pImpl->iAnchorY);
 }
 
 bool Window::isRelativeMouse() const
 {
     return SDL_GetRelativeMouseMode() == SDL_TRUE;
+}
+
+void Window::setTextInput(bool bOn)
+{
+    if (bOn)
+        SDL_StartTextInput();
+    else
+        SDL_StopTextInput();
 }
 
 std::string Window::clipboardText()

@@ -70,6 +70,9 @@ public:
     void setRelativeMouse(bool bOn);
     [[nodiscard]] bool isRelativeMouse() const;
 
+    /// Whether key presses also come as text, through the system's input method. On at first.
+    static void setTextInput(bool bOn);
+
     // Clipboard, UTF-8
 
     [[nodiscard]] static std::string clipboardText();

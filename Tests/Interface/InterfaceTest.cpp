@@ -171,6 +171,27 @@ TEST_F(InterfaceTest, openWindowSearchesAndOpensByEnterOrClick)
     EXPECT_TRUE(widget("OpenTileWindow")->getVisible());
 }
 
+TEST_F(InterfaceTest, longListScrollsByWheelAndKeepsItsPlaceWhenRefreshed)
+{
+    for (int i = 0; i < 200; ++i)
+        m_actions.vecFiles.push_back({"Tile " + std::to_string(i), "$CONTENT_DATA/t.tile", "User"});
+    m_pInterface->showOpenWindow();
+    settle(2);
+    auto* pList = widget<MyGUI::ItemBox>("TileList");
+    const MyGUI::IntCoord list = pList->getAbsoluteCoord();
+    m_pGui->mouseMove(list.left + 60, list.top + 60, 0);
+    m_pGui->mouseMove(list.left + 60, list.top + 60, -360);
+    settle(2);
+    const int iOffset = pList->getViewOffset().top;
+    EXPECT_GT(iOffset, 0);
+    m_pInterface->refresh(~0u);
+    EXPECT_EQ(pList->getViewOffset().top, iOffset);
+    for (int i = 0; i < 200; ++i)
+        key(s_iDown);
+    settle(2);
+    EXPECT_GT(pList->getViewOffset().top, 180 * 28 - list.height) << "the chosen row is in view";
+}
+
 TEST_F(InterfaceTest, helpShowsEveryPage)
 {
     auto* pBar = widget<MyGUI::MenuBar>("LeftMenuBar");

@@ -1,3 +1,4 @@
+#include "MyGuiCommon/GuiPicture.h"
 #include "MyGuiCommon/GuiResolution.h"
 #include "MyGuiCommon/GuiText.h"
 #include "MyGuiCommon/GuiXmlScale.h"
@@ -109,6 +110,23 @@ TEST(GuiTextTest, cutsBetweenCharactersAndOnlyWhenNeeded)
     EXPECT_EQ(GuiText::shorten("V\xC3\xA4lley", 6, bytes), "V\xC3\xA4\xE2\x80\xA6");
     EXPECT_EQ(GuiText::shorten("V\xC3\xA4lley", 5, bytes), "V\xE2\x80\xA6");
     EXPECT_EQ(GuiText::shorten("Valley", 1, bytes), "\xE2\x80\xA6");
+}
+
+TEST(GuiPictureTest, clearPixelsTakeTheColourBesideThemAndStayClear)
+{
+    resource::Picture picture{3, 1, {}};
+    for (const int i : {200, 100, 50, 255, 0, 0, 0, 0, 0, 0, 0, 0})
+        picture.vecPixels.push_back(static_cast<std::byte>(i));
+    bleedColours(picture);
+    for (const size_t uPixel : {1u, 2u})
+    {
+        EXPECT_EQ(picture.vecPixels[uPixel * 4], std::byte{200});
+        EXPECT_EQ(picture.vecPixels[uPixel * 4 + 2], std::byte{50});
+        EXPECT_EQ(picture.vecPixels[uPixel * 4 + 3], std::byte{0});
+    }
+    LogCapture log;
+    EXPECT_FALSE(loadGuiPicture("/nowhere.png"));
+    EXPECT_EQ(log.errors(), 1u);
 }
 
 TEST(HyperTextTest, paragraphsEmphasisAndEntities)
