@@ -27,7 +27,8 @@ double measure(const std::function<void()>& fnBefore, const std::function<void()
     const auto start = std::chrono::steady_clock::now();
     for (int i = 0; i < iRepeat; ++i)
         fnWork();
-    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count() / iRepeat;
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count() /
+           iRepeat;
 }
 
 double median(std::array<double, s_uRounds> arrTimes)
@@ -38,13 +39,25 @@ double median(std::array<double, s_uRounds> arrTimes)
 
 } // namespace
 
-Registration::Registration(Group fnGroup) { registered().push_back(fnGroup); }
+Registration::Registration(Group fnGroup)
+{
+    registered().push_back(fnGroup);
+}
 
-const std::vector<Group>& groups() { return registered(); }
+const std::vector<Group>& groups()
+{
+    return registered();
+}
 
-void setFilter(std::string sPart) { s_sFilter = std::move(sPart); }
+void setFilter(std::string sPart)
+{
+    s_sFilter = std::move(sPart);
+}
 
-bool isWanted(std::string_view sName) { return sName.find(s_sFilter) != std::string_view::npos; }
+bool isWanted(std::string_view sName)
+{
+    return sName.find(s_sFilter) != std::string_view::npos;
+}
 
 bool run(const Comparison& comparison)
 {
@@ -64,10 +77,12 @@ bool run(const Comparison& comparison)
     const bool bEqual = !comparison.fnEqual || comparison.fnEqual();
     const bool bTooLong = comparison.fMaxMs > 0.0 && fProduct > comparison.fMaxMs;
     const bool bGood = bEqual && fProduct <= fFloor * comparison.fLimit && !bTooLong;
-    std::printf("%-52s floor %9.4f ms  product %9.4f ms  ratio %6.3f  limit %5.3f  %s%s\n", comparison.sName.c_str(), fFloor,
-                fProduct, fProduct / fFloor, comparison.fLimit, bGood ? "ok" : "MISSED", bEqual ? "" : " (RESULTS DIFFER)");
+    std::printf("%-52s floor %9.4f ms  product %9.4f ms  ratio %6.3f  limit %5.3f  %s%s\n",
+                comparison.sName.c_str(), fFloor, fProduct, fProduct / fFloor, comparison.fLimit,
+                bGood ? "ok" : "MISSED", bEqual ? "" : " (RESULTS DIFFER)");
     if (comparison.fMaxMs > 0.0)
-        std::printf("%-52s product %9.4f ms  limit %9.4f ms  %s\n", "", fProduct, comparison.fMaxMs, bTooLong ? "MISSED" : "ok");
+        std::printf("%-52s product %9.4f ms  limit %9.4f ms  %s\n", "", fProduct, comparison.fMaxMs,
+                    bTooLong ? "MISSED" : "ok");
     std::fflush(stdout);
     return bGood;
 }

@@ -55,6 +55,7 @@ GlDevice::GlDevice(GlContextI& context, const GlDeviceSettings& settings)
 {
     for (const char* pName : {"llvmpipe", "softpipe", "swrast", "SwiftShader"})
         m_bSoftware = m_bSoftware || m_sDriver.find(pName) != std::string::npos;
+    m_bAnisotropy = !m_bSoftware;
     if (settings.bForceHardwarePath)
         m_bSoftware = false;
     m_bClipControl = epoxy_gl_version() >= 45 || epoxy_has_gl_extension("GL_ARB_clip_control");

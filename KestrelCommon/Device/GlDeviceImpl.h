@@ -116,6 +116,7 @@ private:
     GlProgramCache m_programCache;
     std::string m_sDriver; ///< vendor, renderer and version: a part of program keys
     bool m_bSoftware = false;
+    bool m_bAnisotropy = false;
     bool m_bClipControl = false;
     bool m_bStorageBuffers = false;
     float m_fMaxAnisotropy = 1.0f;

@@ -101,8 +101,9 @@ bool readClutterSection(std::span<const std::byte> spanBytes, uint32_t uVersion,
             samples[k] = arrLocalToGlobal[uLocal];
         }
     }
-    QM_ASSERT_TEXT(bAllKnown, "find_it != mapLocalToGlobalIdx.end() && \"This should never happend, problem in the "
-                              "exporter?\"");
+    QM_ASSERT_TEXT(bAllKnown,
+                   "find_it != mapLocalToGlobalIdx.end() && \"This should never happend, problem in the "
+                   "exporter?\"");
     return true;
 }
 

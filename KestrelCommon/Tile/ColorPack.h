@@ -33,7 +33,8 @@ constexpr float ByteToFloat = 0.003921569f;
     const __m128i iWords = _mm_packs_epi32(iMasked, iMasked);
     return static_cast<uint32_t>(_mm_cvtsi128_si32(_mm_packus_epi16(iWords, iWords)));
 #else
-    const auto byteOf = [](float fValue) { return static_cast<uint32_t>(static_cast<int32_t>(fValue * 255.0f)) & 255u; };
+    const auto byteOf = [](float fValue)
+    { return static_cast<uint32_t>(static_cast<int32_t>(fValue * 255.0f)) & 255u; };
     return byteOf(color.r) | byteOf(color.g) << 8 | byteOf(color.b) << 16 | byteOf(color.a) << 24;
 #endif
 }

@@ -36,14 +36,15 @@ constexpr std::array<SectionGroupInfo, SectionGroupCount> s_arrGroups{{
 #undef QM_GROUP
 
 constexpr std::array s_arrReadOrder{
-    SectionGroup::Assets,       SectionGroup::Nodes,      SectionGroup::Prefabs,     SectionGroup::Blueprints, SectionGroup::Decals,
-    SectionGroup::Harvestables, SectionGroup::Kinematics, SectionGroup::VoxelMeshes, SectionGroup::VoxelTerrain};
+    SectionGroup::Assets,     SectionGroup::Nodes,       SectionGroup::Prefabs,
+    SectionGroup::Blueprints, SectionGroup::Decals,      SectionGroup::Harvestables,
+    SectionGroup::Kinematics, SectionGroup::VoxelMeshes, SectionGroup::VoxelTerrain};
 
 // Lists and voxel meshes go by their count alone.
 constexpr bool needsIndex(SectionGroup eGroup)
 {
-    return eGroup == SectionGroup::Nodes || eGroup == SectionGroup::Prefabs || eGroup == SectionGroup::Blueprints ||
-           eGroup == SectionGroup::Decals;
+    return eGroup == SectionGroup::Nodes || eGroup == SectionGroup::Prefabs ||
+           eGroup == SectionGroup::Blueprints || eGroup == SectionGroup::Decals;
 }
 
 uint32_t field(const CellHeader& header, size_t uOffset)
@@ -60,11 +61,20 @@ void setField(CellHeader& header, size_t uOffset, uint32_t uValue)
 
 } // namespace
 
-std::span<const SectionGroupInfo, SectionGroupCount> sectionGroups() { return s_arrGroups; }
+std::span<const SectionGroupInfo, SectionGroupCount> sectionGroups()
+{
+    return s_arrGroups;
+}
 
-const SectionGroupInfo& sectionGroup(SectionGroup eGroup) { return s_arrGroups[static_cast<size_t>(eGroup)]; }
+const SectionGroupInfo& sectionGroup(SectionGroup eGroup)
+{
+    return s_arrGroups[static_cast<size_t>(eGroup)];
+}
 
-std::span<const SectionGroup> objectReadOrder() { return s_arrReadOrder; }
+std::span<const SectionGroup> objectReadOrder()
+{
+    return s_arrReadOrder;
+}
 
 Section section(const CellHeader& header, const SectionGroupInfo& group, uint32_t uElement)
 {

@@ -14,13 +14,15 @@ void writeVertices(const SurfaceGridView& view, int iCellX, int iCellY, int iMip
 {
     const auto uStep = static_cast<size_t>(MipStep[static_cast<size_t>(iMip)]);
     const auto uSide = static_cast<size_t>(vertexSide(iMip));
-    const size_t uFirst = static_cast<size_t>(iCellY) * CellQuads * view.verticesX() + static_cast<size_t>(iCellX) * CellQuads;
+    const size_t uFirst =
+        static_cast<size_t>(iCellY) * CellQuads * view.verticesX() + static_cast<size_t>(iCellX) * CellQuads;
     for (size_t j = 0; j < uSide; ++j)
     {
         const size_t uRow = uFirst + j * uStep * view.verticesX();
         for (size_t i = 0; i < uSide; ++i, pOut += sizeof(VertexRecord))
         {
-            const VertexRecord record{view.spanHeights[uRow + i * uStep], packColor(view.spanColors[uRow + i * uStep])};
+            const VertexRecord record{view.spanHeights[uRow + i * uStep],
+                                      packColor(view.spanColors[uRow + i * uStep])};
             std::memcpy(pOut, &record, sizeof(record));
         }
     }
@@ -30,7 +32,8 @@ void writeGround(const SurfaceGridView& view, int iCellX, int iCellY, int iMip, 
 {
     const auto uStep = static_cast<size_t>(MipStep[static_cast<size_t>(iMip)]);
     const auto uSide = static_cast<size_t>(groundSide(iMip));
-    const size_t uFirst = static_cast<size_t>(iCellY) * CellTexels * view.texelsX() + static_cast<size_t>(iCellX) * CellTexels;
+    const size_t uFirst =
+        static_cast<size_t>(iCellY) * CellTexels * view.texelsX() + static_cast<size_t>(iCellX) * CellTexels;
     for (size_t j = 0; j < uSide; ++j)
     {
         const uint32_t* pTexels0 = view.spanTexels0.data() + uFirst + j * uStep * view.texelsX();
@@ -64,8 +67,10 @@ void splitGroundRecords(const std::byte* pRecords, size_t uCount, uint32_t* pWei
         const auto* pFrom = reinterpret_cast<const float*>(pRecords + i * sizeof(GroundRecord));
         const __m128 first = _mm_loadu_ps(pFrom);
         const __m128 second = _mm_loadu_ps(pFrom + 4);
-        _mm_storeu_ps(reinterpret_cast<float*>(pWeights0 + i), _mm_shuffle_ps(first, second, _MM_SHUFFLE(2, 0, 2, 0)));
-        _mm_storeu_ps(reinterpret_cast<float*>(pWeights1 + i), _mm_shuffle_ps(first, second, _MM_SHUFFLE(3, 1, 3, 1)));
+        _mm_storeu_ps(reinterpret_cast<float*>(pWeights0 + i),
+                      _mm_shuffle_ps(first, second, _MM_SHUFFLE(2, 0, 2, 0)));
+        _mm_storeu_ps(reinterpret_cast<float*>(pWeights1 + i),
+                      _mm_shuffle_ps(first, second, _MM_SHUFFLE(3, 1, 3, 1)));
     }
 #endif
     for (; i < uCount; ++i)
@@ -77,10 +82,11 @@ void splitGroundRecords(const std::byte* pRecords, size_t uCount, uint32_t* pWei
     }
 }
 
-bool writeSurfaceSection(const SurfaceGridView& view, int iCellX, int iCellY, int iMip, std::span<std::byte> spanOut)
+bool writeSurfaceSection(const SurfaceGridView& view, int iCellX, int iCellY, int iMip,
+                         std::span<std::byte> spanOut)
 {
-    if (iCellX < 0 || iCellY < 0 || iCellX >= view.iCellsX || iCellY >= view.iCellsY || iMip < 0 || iMip >= MipCount ||
-        spanOut.size() != surfaceSectionSize(iMip))
+    if (iCellX < 0 || iCellY < 0 || iCellX >= view.iCellsX || iCellY >= view.iCellsY || iMip < 0 ||
+        iMip >= MipCount || spanOut.size() != surfaceSectionSize(iMip))
         return false;
     writeVertices(view, iCellX, iCellY, iMip, spanOut.data());
     const auto uVertices = static_cast<size_t>(vertexSide(iMip) * vertexSide(iMip));

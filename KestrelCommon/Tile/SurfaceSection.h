@@ -20,13 +20,20 @@ struct GroundRecord
     uint32_t weights1; ///< weights 4 to 7
 };
 
-[[nodiscard]] constexpr int vertexSide(int iMip) { return CellQuads / MipStep[static_cast<size_t>(iMip)] + 1; }
-[[nodiscard]] constexpr int groundSide(int iMip) { return CellTexels / MipStep[static_cast<size_t>(iMip)] + 1; }
+[[nodiscard]] constexpr int vertexSide(int iMip)
+{
+    return CellQuads / MipStep[static_cast<size_t>(iMip)] + 1;
+}
+[[nodiscard]] constexpr int groundSide(int iMip)
+{
+    return CellTexels / MipStep[static_cast<size_t>(iMip)] + 1;
+}
 
 /// Bytes of a section: 8 a vertex and 8 a ground sample.
 [[nodiscard]] constexpr uint32_t surfaceSectionSize(int iMip)
 {
-    return 8u * static_cast<uint32_t>(vertexSide(iMip) * vertexSide(iMip) + groundSide(iMip) * groundSide(iMip));
+    return 8u *
+           static_cast<uint32_t>(vertexSide(iMip) * vertexSide(iMip) + groundSide(iMip) * groundSide(iMip));
 }
 static_assert(surfaceSectionSize(0) == 42512 && surfaceSectionSize(5) == 104);
 

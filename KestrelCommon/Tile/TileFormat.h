@@ -37,7 +37,7 @@ enum WriteFlags : uint32_t
     WriteUndo = 8,   ///< voxel terrain is left out
 };
 
-#pragma pack(push, 1)
+#pragma pack(push, 4) // creatorId stands at a multiple of 4 only
 
 /// Stands behind the magic, at offset 4 of an image.
 struct Header
@@ -127,8 +127,17 @@ static_assert(offsetof(CellHeader, voxelTerrainCount) == 372);
     const uint32_t uLow = uCategory ? (uCategory & 0xF) << 12 | (uCategoryIndex & 0xFFF) : 0;
     return uType << 24 | uLow;
 }
-[[nodiscard]] constexpr uint32_t typeOf(const Header& header) { return header.uPacked >> 24; }
-[[nodiscard]] constexpr uint32_t categoryOf(const Header& header) { return header.uPacked >> 12 & 0xF; }
-[[nodiscard]] constexpr uint32_t categoryIndexOf(const Header& header) { return header.uPacked & 0xFFF; }
+[[nodiscard]] constexpr uint32_t typeOf(const Header& header)
+{
+    return header.uPacked >> 24;
+}
+[[nodiscard]] constexpr uint32_t categoryOf(const Header& header)
+{
+    return header.uPacked >> 12 & 0xF;
+}
+[[nodiscard]] constexpr uint32_t categoryIndexOf(const Header& header)
+{
+    return header.uPacked & 0xFFF;
+}
 
 } // namespace tile

@@ -67,7 +67,8 @@ CellHeader TileImage::cellHeader(size_t uCell) const
 {
     CellHeader header{};
     const size_t uOffset = CellHeadersOffset + uCell * m_header.uCellHeaderSize;
-    std::memcpy(&header, m_spanImage.data() + uOffset, std::min<size_t>(m_header.uCellHeaderSize, sizeof(header)));
+    std::memcpy(&header, m_spanImage.data() + uOffset,
+                std::min<size_t>(m_header.uCellHeaderSize, sizeof(header)));
     return header;
 }
 
@@ -75,8 +76,8 @@ std::optional<std::span<const std::byte>> TileImage::sectionBytes(const Section&
 {
     const uint64_t uFirst = CellHeadersOffset + uint64_t{m_uCells} * m_header.uCellHeaderSize;
     const uint64_t uEnd = uint64_t{section.uIndex} + section.uCompressedSize;
-    if (section.uIndex < uFirst || uEnd > m_spanImage.size() || section.uCompressedSize == 0 || section.uSize == 0 ||
-        section.uSize > section.uCompressedSize * s_uMaxExpansion)
+    if (section.uIndex < uFirst || uEnd > m_spanImage.size() || section.uCompressedSize == 0 ||
+        section.uSize == 0 || section.uSize > section.uCompressedSize * s_uMaxExpansion)
         return std::nullopt;
     return m_spanImage.subspan(section.uIndex, section.uCompressedSize);
 }

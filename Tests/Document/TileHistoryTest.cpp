@@ -11,7 +11,10 @@ using namespace tilebuilder;
 struct TileHistoryTest : testing::Test
 {
     void change(float fX) { world.surface.raise(world.dab(fX, 40.0f, 9.0f, 0.7f), 1.0f); }
-    std::vector<float> heights() const { return {world.surface.heights().begin(), world.surface.heights().end()}; }
+    std::vector<float> heights() const
+    {
+        return {world.surface.heights().begin(), world.surface.heights().end()};
+    }
 
     LogCapture log;
     TileWorld world{2, 2};
@@ -34,7 +37,7 @@ TEST_F(TileHistoryTest, stepsAreTakenWhenSomethingChangedAndUndone)
     EXPECT_EQ(world.surface.texels0()[20 * 129 + 20], 0u);
     EXPECT_FALSE(world.tile.isUnsaved());
     EXPECT_FALSE(world.tile.pushState(false)); // reading made no change
-    world.tile.undo(); // at the end: nothing
+    world.tile.undo();                         // at the end: nothing
     world.tile.redo();
     EXPECT_EQ(heights(), hill);
     EXPECT_NE(world.surface.texels0()[20 * 129 + 20], 0u);

@@ -1,6 +1,6 @@
+#include "KestrelCommon/Tile/TileImage.h"
 #include "KestrelCommon/Io/Lz4Section.h"
 #include "KestrelCommon/Tile/SurfaceSection.h"
-#include "KestrelCommon/Tile/TileImage.h"
 #include "Tests/Document/TileWorld.h"
 #include "Tests/Support/LogCapture.h"
 
@@ -19,7 +19,10 @@ T at(std::span<const std::byte> spanBytes, size_t uOffset)
     return value;
 }
 
-std::vector<std::byte> copyOf(const TileState& state) { return {state.bytes().begin(), state.bytes().end()}; }
+std::vector<std::byte> copyOf(const TileState& state)
+{
+    return {state.bytes().begin(), state.bytes().end()};
+}
 
 bool readInto(TileWorld& world, std::span<const std::byte> spanImage)
 {
@@ -91,7 +94,8 @@ TEST_F(TileImageTest, aReadTileHoldsAndWritesWhatWasWritten)
         EXPECT_TRUE(std::ranges::equal(other.surface.texels0(), world.surface.texels0()));
         EXPECT_TRUE(std::ranges::equal(other.surface.texels1(), world.surface.texels1()));
         for (int i = 0; i < 6; ++i)
-            EXPECT_TRUE(std::ranges::equal(other.clutter.samples(i % 3, i / 3), world.clutter.samples(i % 3, i / 3)));
+            EXPECT_TRUE(
+                std::ranges::equal(other.clutter.samples(i % 3, i / 3), world.clutter.samples(i % 3, i / 3)));
         const TileState again = other.tile.write(uFlags);
         EXPECT_EQ(copyOf(again), copyOf(state)) << uFlags;
         EXPECT_EQ(again.hash, state.hash);
@@ -120,7 +124,9 @@ TEST_F(TileImageTest, anImageAfterASmallChangeIsThatOfAFullRewrite)
         [&] { world.surface.raise(world.dab(100.0f, 90.0f, 9.0f, 0.5f), 1.0f); },
         [&] { world.surface.raise(world.dab(128.0f, 64.0f, 1.0f, 0.5f), -1.0f); }, // one vertex of four cells
         [&] { world.surface.smooth(world.dab(192.0f, 128.0f, 30.0f, 1.0f)); },
-        [&] { world.surface.paintColor({0.9f, 0.1f, 0.3f, 1.0f}, world.dab(0.0f, 0.0f, 5.0f, 1.0f)); },
+        [&] {
+            world.surface.paintColor({0.9f, 0.1f, 0.3f, 1.0f}, world.dab(0.0f, 0.0f, 5.0f, 1.0f));
+        },
         [&] { world.surface.paintMaterial(6, false, world.dab(64.0f, 64.0f, 0.5f, 1.0f)); },
         [&] { world.clutter.setSamples(3, 2, std::vector<uint8_t>(tile::SamplesPerPatch, 2)); },
         [&] {}};
@@ -145,7 +151,8 @@ std::vector<std::byte> withHeaderSize(std::span<const std::byte> spanImage, uint
     const uint32_t uShift = uCells * uSize - uCells * uOld; // modulo 2^32
     for (uint32_t uCell = 0; uCell < uCells; ++uCell)
     {
-        std::vector<std::byte> vecHeader(spanImage.begin() + 60 + uCell * uOld, spanImage.begin() + 60 + (uCell + 1) * uOld);
+        std::vector<std::byte> vecHeader(spanImage.begin() + 60 + uCell * uOld,
+                                         spanImage.begin() + 60 + (uCell + 1) * uOld);
         for (size_t uIndex : {0, 4, 8, 12, 16, 20, 72})
         {
             const uint32_t uMoved = at<uint32_t>(vecHeader, uIndex) + uShift;
@@ -206,7 +213,9 @@ TEST_F(TileImageTest, aCutFileIsRefusedAtEveryBoundary)
     TileWorld source(2, 1);
     source.paintEverything();
     const auto image = copyOf(source.tile.write(tile::WriteFinal));
-    std::vector<size_t> vecCuts{0, 3, 4, 7, 8, 24, 32, 36, 40, 44, 48, 52, 56, 59, 60, 61, 447, 448, 449, 60 + 2 * 388 - 1, 60 + 2 * 388};
+    std::vector<size_t> vecCuts{0,           3,  4,  7,  8,  24, 32,  36,  40,  44,
+                                48,          52, 56, 59, 60, 61, 447, 448, 449, 60 + 2 * 388 - 1,
+                                60 + 2 * 388};
     for (size_t uCell = 0; uCell < 2; ++uCell)
         for (const size_t uField : {0, 72}) // mip 0 and clutter are what reading needs
         {
@@ -268,14 +277,21 @@ TEST_F(TileImageTest, everyLieIsRefusedWithItsText)
         EXPECT_EQ(world.host.iReinitialised, *refusal.pText == 0 ? 1 : 0);
     }
     // A count, with an index and sizes that don't fit.
-    for (const auto& [uOffset, pText] : {std::pair{size_t{84}, "assetListSize[i]"}, {148, "blueprintListSize"}, {164, "nodeSize"},
-                                         {196, "prefabSize"}, {212, "decalSize"}, {228, "harvestableListSize[i]"},
-                                         {292, "kinematicListSize[i]"}, {356, "voxelMeshSize"}, {372, "voxelTerrainSize"}})
+    for (const auto& [uOffset, pText] : {std::pair{size_t{84}, "assetListSize[i]"},
+                                         {148, "blueprintListSize"},
+                                         {164, "nodeSize"},
+                                         {196, "prefabSize"},
+                                         {212, "decalSize"},
+                                         {228, "harvestableListSize[i]"},
+                                         {292, "kinematicListSize[i]"},
+                                         {356, "voxelMeshSize"},
+                                         {372, "voxelTerrainSize"}})
     {
         log.clear();
         auto changed = image;
         const size_t uBlock = std::string_view(pText).ends_with("[i]") ? 16 : 4;
-        const std::array arrFields{uint32_t{1}, static_cast<uint32_t>(image.size() - 4), uint32_t{8}, uint32_t{100}};
+        const std::array arrFields{uint32_t{1}, static_cast<uint32_t>(image.size() - 4), uint32_t{8},
+                                   uint32_t{100}};
         for (size_t i = 0; i < 4; ++i)
             std::memcpy(changed.data() + 60 + uOffset + i * uBlock, &arrFields[i], 4);
         TileWorld world;
@@ -297,13 +313,15 @@ TEST_F(TileImageTest, mutatedFilesAreReadOrRefused)
     const auto image = copyOf(source.tile.write(tile::WriteFinal));
     TileWorld world;
     uint64_t uSeed = 12345;
-    const auto next = [&] { return uSeed = uSeed * 6364136223846793005ull + 1442695040888963407ull, uSeed >> 33; };
+    const auto next = [&]
+    { return uSeed = uSeed * 6364136223846793005ull + 1442695040888963407ull, uSeed >> 33; };
     int iRefused = 0;
     for (int i = 0; i < 400; ++i)
     {
         auto changed = image;
         for (uint64_t n = next() % 4 + 1; n > 0; --n)
-            changed[next() % (next() % 2 ? changed.size() : 60 + 4 * 388)] ^= static_cast<std::byte>(1u << next() % 8);
+            changed[next() % (next() % 2 ? changed.size() : 60 + 4 * 388)] ^=
+                static_cast<std::byte>(1u << next() % 8);
         iRefused += !readInto(world, changed);
     }
     EXPECT_GT(iRefused, 20);

@@ -16,14 +16,15 @@ class ImageBuilder
 public:
     explicit ImageBuilder(const TileState& state) : m_vecImage(state.bytes().begin(), state.bytes().end()) {}
 
-    void add(size_t uCell, tile::SectionGroup eGroup, uint32_t uElement, uint32_t uCount, const std::string& sContent)
+    void add(size_t uCell, tile::SectionGroup eGroup, uint32_t uElement, uint32_t uCount,
+             const std::string& sContent)
     {
         const auto spanPacked = lz4Compress(std::as_bytes(std::span(sContent)), Lz4Quality::Final, m_scratch);
         tile::CellHeader header;
         std::memcpy(&header, m_vecImage.data() + 60 + uCell * 388, 388);
         tile::setSection(header, tile::sectionGroup(eGroup), uElement,
-                         {uCount, static_cast<uint32_t>(m_vecImage.size()), static_cast<uint32_t>(spanPacked.size()),
-                          static_cast<uint32_t>(sContent.size())});
+                         {uCount, static_cast<uint32_t>(m_vecImage.size()),
+                          static_cast<uint32_t>(spanPacked.size()), static_cast<uint32_t>(sContent.size())});
         std::memcpy(m_vecImage.data() + 60 + uCell * 388, &header, 388);
         m_vecImage.insert(m_vecImage.end(), spanPacked.begin(), spanPacked.end());
     }
@@ -35,30 +36,37 @@ private:
     ResizeableBuffer m_scratch;
 };
 
-std::string sectionText(std::span<const std::byte> spanImage, size_t uCell, tile::SectionGroup eGroup, uint32_t uElement)
+std::string sectionText(std::span<const std::byte> spanImage, size_t uCell, tile::SectionGroup eGroup,
+                        uint32_t uElement)
 {
     const auto image = tile::TileImage::open(spanImage, "test");
-    const tile::Section section = tile::section(image->cellHeader(uCell), tile::sectionGroup(eGroup), uElement);
+    const tile::Section section =
+        tile::section(image->cellHeader(uCell), tile::sectionGroup(eGroup), uElement);
     const auto spanPacked = image->sectionBytes(section);
     std::string sText(section.uSize, ' ');
-    if (section.uCount == 0 || !spanPacked || !lz4Decompress(*spanPacked, std::as_writable_bytes(std::span(sText))))
+    if (section.uCount == 0 || !spanPacked ||
+        !lz4Decompress(*spanPacked, std::as_writable_bytes(std::span(sText))))
         return {};
     return std::to_string(section.uCount) + ":" + sText;
 }
 
 struct TileObjectsTest : testing::Test
 {
-    bool read(std::span<const std::byte> spanImage) { return world.tile.read(spanImage, "$TEST_DATA", "x.tile", false, true, false); }
+    bool read(std::span<const std::byte> spanImage)
+    {
+        return world.tile.read(spanImage, "$TEST_DATA", "x.tile", false, true, false);
+    }
 
     LogCapture log;
     TileWorld world{2, 1};
 };
 
 const std::pair<tile::SectionGroup, uint32_t> s_arrSections[] = {
-    {tile::SectionGroup::Assets, 0},       {tile::SectionGroup::Assets, 3},      {tile::SectionGroup::Blueprints, 0},
-    {tile::SectionGroup::Nodes, 0},        {tile::SectionGroup::Prefabs, 0},     {tile::SectionGroup::Decals, 0},
-    {tile::SectionGroup::Harvestables, 2}, {tile::SectionGroup::Kinematics, 1},  {tile::SectionGroup::VoxelMeshes, 0},
-    {tile::SectionGroup::VoxelTerrain, 0}};
+    {tile::SectionGroup::Assets, 0},       {tile::SectionGroup::Assets, 3},
+    {tile::SectionGroup::Blueprints, 0},   {tile::SectionGroup::Nodes, 0},
+    {tile::SectionGroup::Prefabs, 0},      {tile::SectionGroup::Decals, 0},
+    {tile::SectionGroup::Harvestables, 2}, {tile::SectionGroup::Kinematics, 1},
+    {tile::SectionGroup::VoxelMeshes, 0},  {tile::SectionGroup::VoxelTerrain, 0}};
 
 TEST_F(TileObjectsTest, sectionsOfTheCurrentVersionAreCarriedUnchanged)
 {
@@ -78,10 +86,12 @@ TEST_F(TileObjectsTest, sectionsOfTheCurrentVersionAreCarriedUnchanged)
     {
         const std::string sWanted = std::string("2:records of ") + tile::sectionGroup(eGroup).pName;
         EXPECT_EQ(sectionText(file.bytes(), 1, eGroup, uElement), sWanted);
-        EXPECT_EQ(sectionText(undo.bytes(), 1, eGroup, uElement), eGroup == tile::SectionGroup::VoxelTerrain ? "" : sWanted);
+        EXPECT_EQ(sectionText(undo.bytes(), 1, eGroup, uElement),
+                  eGroup == tile::SectionGroup::VoxelTerrain ? "" : sWanted);
         EXPECT_EQ(sectionText(file.bytes(), 0, eGroup, uElement), "");
     }
-    EXPECT_EQ(std::vector<std::byte>(file.bytes().begin(), file.bytes().end()).size(), builder.image().size());
+    EXPECT_EQ(std::vector<std::byte>(file.bytes().begin(), file.bytes().end()).size(),
+              builder.image().size());
 
     // Another document has none of them.
     const TileState empty = TileWorld(1, 1).tile.write(tile::WriteFinal);
@@ -146,10 +156,13 @@ struct TextProvider : CellObjectProviderI
         return uPlace;
     }
     void beginRead(bool, bool, bool) override { mapTexts.clear(); }
-    void readRecords(std::span<const std::byte> spanRecords, uint32_t, const ObjectCell& cell, uint32_t) override
+    void readRecords(std::span<const std::byte> spanRecords, uint32_t, const ObjectCell& cell,
+                     uint32_t) override
     {
-        for (size_t uPlace = 0; uPlace < spanRecords.size(); uPlace += 1 + static_cast<size_t>(spanRecords[uPlace]))
-            mapTexts[cell.uIndex].emplace_back(reinterpret_cast<const char*>(spanRecords.data()) + uPlace + 1, static_cast<size_t>(spanRecords[uPlace]));
+        for (size_t uPlace = 0; uPlace < spanRecords.size();
+             uPlace += 1 + static_cast<size_t>(spanRecords[uPlace]))
+            mapTexts[cell.uIndex].emplace_back(reinterpret_cast<const char*>(spanRecords.data()) + uPlace + 1,
+                                               static_cast<size_t>(spanRecords[uPlace]));
     }
     void endRead() override {}
 

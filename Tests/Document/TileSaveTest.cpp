@@ -17,12 +17,19 @@ struct TileSaveTest : testing::Test
 {
     ~TileSaveTest() override { SafeFile::setStepHook(nullptr); }
 
-    std::filesystem::path file(const std::string& sName) const { return world.folder.path() / "test" / sName; }
-    std::vector<std::byte> content(const std::string& sName) const { return readFile(file(sName)).value_or(std::vector<std::byte>{}); }
+    std::filesystem::path file(const std::string& sName) const
+    {
+        return world.folder.path() / "test" / sName;
+    }
+    std::vector<std::byte> content(const std::string& sName) const
+    {
+        return readFile(file(sName)).value_or(std::vector<std::byte>{});
+    }
     size_t filesIn(const std::string& sFolder) const
     {
         size_t uCount = 0;
-        for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(world.folder.path() / sFolder))
+        for ([[maybe_unused]] const auto& entry :
+             std::filesystem::directory_iterator(world.folder.path() / sFolder))
             ++uCount;
         return uCount;
     }
@@ -161,16 +168,22 @@ TEST_F(TileSaveTest, aSaveThatIsKilledLeavesOldOrNewFiles)
     int iSteps = 0;
     for (bool bKilled = true; bKilled; ++iSteps)
     {
-        std::ofstream(file("hill.tile"), std::ios::binary).write(reinterpret_cast<const char*>(oldFile.data()), static_cast<std::streamsize>(oldFile.size()));
-        std::ofstream(file("hill.tile.export"), std::ios::binary).write(reinterpret_cast<const char*>(oldFile.data()), static_cast<std::streamsize>(oldFile.size()));
+        std::ofstream(file("hill.tile"), std::ios::binary)
+            .write(reinterpret_cast<const char*>(oldFile.data()),
+                   static_cast<std::streamsize>(oldFile.size()));
+        std::ofstream(file("hill.tile.export"), std::ios::binary)
+            .write(reinterpret_cast<const char*>(oldFile.data()),
+                   static_cast<std::streamsize>(oldFile.size()));
         const pid_t child = fork();
         if (child == 0)
         {
             int iLeft = iSteps;
-            SafeFile::setStepHook([&iLeft](SaveStep) {
-                if (iLeft-- == 0)
-                    kill(getpid(), SIGKILL);
-            });
+            SafeFile::setStepHook(
+                [&iLeft](SaveStep)
+                {
+                    if (iLeft-- == 0)
+                        kill(getpid(), SIGKILL);
+                });
             world.tile.save("hill", "$TEST_DATA", 0, false);
             _exit(0);
         }
@@ -186,8 +199,8 @@ TEST_F(TileSaveTest, aSaveThatIsKilledLeavesOldOrNewFiles)
         TileWorld reader;
         EXPECT_TRUE(reader.tile.load("$TEST_DATA/hill.tile")) << iSteps;
         for (const auto& entry : std::filesystem::directory_iterator(world.folder.path() / "test"))
-            if (entry.path().filename().string().rfind("hill.tile", 0) == 0 && entry.path().extension().string().size() == 7 &&
-                entry.path().extension() != ".export")
+            if (entry.path().filename().string().rfind("hill.tile", 0) == 0 &&
+                entry.path().extension().string().size() == 7 && entry.path().extension() != ".export")
                 std::filesystem::remove(entry.path());
     }
     EXPECT_EQ(iSteps, 9); // opened, written, flushed, renamed for two files, and a run to the end
@@ -218,15 +231,17 @@ TEST_F(TileSaveTest, gameTilesAreListedByKeys)
     const auto game = world.folder.path() / "game";
     world.directories->addKey("$GAME_DATA", (game / "Data").generic_string());
     world.directories->addKey("$SURVIVAL_DATA", (game / "Survival").generic_string());
-    for (const char* pPath : {"Data/Terrain/Tiles/CreativeTiles/b.tile", "Data/Terrain/Tiles/CreativeTiles/a.tile",
-                              "Data/Terrain/Tiles/CreativeTiles/a.tile.export", "Data/Terrain/Tiles/CreativeTiles/sub/c.tile",
-                              "Survival/Terrain/Tiles/x/y/z.tile"})
+    for (const char* pPath :
+         {"Data/Terrain/Tiles/CreativeTiles/b.tile", "Data/Terrain/Tiles/CreativeTiles/a.tile",
+          "Data/Terrain/Tiles/CreativeTiles/a.tile.export", "Data/Terrain/Tiles/CreativeTiles/sub/c.tile",
+          "Survival/Terrain/Tiles/x/y/z.tile"})
     {
         std::filesystem::create_directories((game / pPath).parent_path());
         std::ofstream(game / pPath) << "x";
     }
     EXPECT_EQ(Tile::listGameTiles(true, true),
-              (std::vector<std::string>{"$GAME_DATA/Terrain/Tiles/CreativeTiles/a.tile", "$GAME_DATA/Terrain/Tiles/CreativeTiles/b.tile",
+              (std::vector<std::string>{"$GAME_DATA/Terrain/Tiles/CreativeTiles/a.tile",
+                                        "$GAME_DATA/Terrain/Tiles/CreativeTiles/b.tile",
                                         "$SURVIVAL_DATA/Terrain/Tiles/x/y/z.tile"}));
     EXPECT_TRUE(log.has("Directory '$GAME_DATA/Terrain/Tiles/ClassicCreativeTiles' not found!"));
     EXPECT_TRUE(log.has("Directory '$SURVIVAL_DATA/DungeonTiles' not found!"));

@@ -62,12 +62,14 @@ struct FakeHost : tilebuilder::DocumentHostI, tilebuilder::EditorSinkI
 struct TileWorld
 {
     explicit TileWorld(int iWidth = 1, int iHeight = 1, uint32_t uType = tile::TypeGround)
-        : surface(host, nullptr), clutter(host, surface, database), tile(services())
+        : surface(host, nullptr),
+          clutter(host, surface, database),
+          tile(services())
     {
         if (!DirectoryManager::ms_pInstance)
         {
-            directories.emplace(
-                DirectoryPlaces{folder.path() / "roaming", folder.path() / "local", folder.path() / "game/Release", {}, 7});
+            directories.emplace(DirectoryPlaces{
+                folder.path() / "roaming", folder.path() / "local", folder.path() / "game/Release", {}, 7});
             for (const char* pName : {"test", "other"})
                 std::filesystem::create_directories(folder.path() / pName);
             directories->addKey("$TEST_DATA", folder.text() + "/test");
@@ -78,9 +80,8 @@ struct TileWorld
             {"uuid":"00000000-0000-4000-8000-000000000002","name":"Moss"},
             {"uuid":"00000000-0000-4000-8000-000000000003","name":"Fern"}]})",
                           "clutter");
-        host.fnReinitialise = [this](int32_t iNewWidth, int32_t iNewHeight, uint32_t uNewType) {
-            makeGrids(iNewWidth, iNewHeight, uNewType);
-        };
+        host.fnReinitialise = [this](int32_t iNewWidth, int32_t iNewHeight, uint32_t uNewType)
+        { makeGrids(iNewWidth, iNewHeight, uNewType); };
         makeGrids(iWidth, iHeight, uType);
         tile.create(*Uuid::parse("0123abcd-4567-49ef-8123-456789abcdef"), 0, iWidth, iHeight, uType);
     }
@@ -111,7 +112,8 @@ struct TileWorld
                 const auto fX = static_cast<float>(iX * 64);
                 const auto fY = static_cast<float>(iY * 64);
                 surface.raise(dab(fX + 30.0f, fY + 25.0f, 20.0f + static_cast<float>(iX), 0.9f), 1.0f);
-                surface.paintColor({0.2f, 0.5f, 0.1f * static_cast<float>(iY), 1.0f}, dab(fX + 40.0f, fY + 40.0f, 15.0f, 0.7f));
+                surface.paintColor({0.2f, 0.5f, 0.1f * static_cast<float>(iY), 1.0f},
+                                   dab(fX + 40.0f, fY + 40.0f, 15.0f, 0.7f));
                 surface.paintMaterial((iX + iY) % 8, false, dab(fX + 20.0f, fY + 50.0f, 12.0f, 0.8f));
                 std::vector<uint8_t> vecSamples(tile::SamplesPerPatch, tile::EmptyClutter);
                 for (size_t i = 0; i < vecSamples.size(); i += 7)

@@ -1,7 +1,7 @@
+#include "TileEditorCommon/Ground/GroundUploader.h"
 #include "KestrelCommon/Device/RecordingDevice.h"
 #include "Tests/Ground/GroundWorld.h"
 #include "Tests/Support/LogCapture.h"
-#include "TileEditorCommon/Ground/GroundUploader.h"
 
 #include <gtest/gtest.h>
 
@@ -23,9 +23,8 @@ struct GroundUploaderTest : testing::Test
     /// The device's bytes are the surface's.
     void expectEqual() const
     {
-        const auto same = [](const std::vector<std::byte>& vecBytes, const auto& spanValues) {
-            return std::ranges::equal(vecBytes, std::as_bytes(spanValues));
-        };
+        const auto same = [](const std::vector<std::byte>& vecBytes, const auto& spanValues)
+        { return std::ranges::equal(vecBytes, std::as_bytes(spanValues)); };
         EXPECT_TRUE(same(device.buffer(bindings.vertexBuffer)->vecBytes, world.surface.vertices()));
         EXPECT_TRUE(same(device.buffer(bindings.indexBuffer)->vecBytes, world.surface.indices()));
         EXPECT_TRUE(same(device.texture(bindings.texture0)->vecBytes, world.surface.texels0()));

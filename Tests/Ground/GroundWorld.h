@@ -35,14 +35,17 @@ struct GroundWorld
         surface.m_lockEdges = false;
         for (int i = 0; i < 60; ++i)
             surface.raise(dab(static_cast<float>(i * 37 % 64) * static_cast<float>(surface.cellsX()),
-                              static_cast<float>(i * 23 % 64) * static_cast<float>(surface.cellsY()), 5.0f + static_cast<float>(i % 7) * 3.0f,
-                              1.0f, static_cast<size_t>(i) % 4),
+                              static_cast<float>(i * 23 % 64) * static_cast<float>(surface.cellsY()),
+                              5.0f + static_cast<float>(i % 7) * 3.0f, 1.0f, static_cast<size_t>(i) % 4),
                           i % 3 ? 1.0f : -1.0f);
         surface.m_lockEdges = true;
         surface.rebuild();
     }
 
-    [[nodiscard]] float at(uint32_t i, uint32_t j) const { return surface.heights()[size_t{j} * surface.verticesX() + i]; }
+    [[nodiscard]] float at(uint32_t i, uint32_t j) const
+    {
+        return surface.heights()[size_t{j} * surface.verticesX() + i];
+    }
 
     CountingSink sink;
     tilebuilder::EditorTerrainSurface surface;

@@ -14,7 +14,8 @@ using namespace tilebuilder;
 
 struct FakeTextures : GroundTextureSourceI
 {
-    rend::TextureHandle createTextureArray(std::string_view, std::span<const std::string> spanPaths, int iWidth, int iHeight,
+    rend::TextureHandle createTextureArray(std::string_view, std::span<const std::string> spanPaths,
+                                           int iWidth, int iHeight,
                                            resource::TextureResourceLayout eLayout) override
     {
         vecFirst.push_back(spanPaths[0]);
@@ -34,7 +35,8 @@ struct FakeTextures : GroundTextureSourceI
 struct MaterialSetTest : testing::Test
 {
     MaterialSetTest()
-        : directories({folder.path() / "roaming", folder.path() / "local", folder.path() / "game/Release", {}, 7})
+        : directories(
+              {folder.path() / "roaming", folder.path() / "local", folder.path() / "game/Release", {}, 7})
     {
         directories.addKey("$TEST_DATA", folder.text());
         root["groundMaterials"]["width"] = 512;
@@ -70,7 +72,9 @@ TEST_F(MaterialSetTest, bindsAGoodSetOnce)
     EXPECT_FALSE(set.load(sPath));
     EXPECT_EQ(log.errors(), 0u) << log.dump();
     EXPECT_EQ(set.names()[8], "material 8");
-    EXPECT_EQ(textures.vecFirst, (std::vector<std::string>{"$GAME_DATA/diffuse0.png", "$GAME_DATA/asgMap0.png", "$GAME_DATA/normalMap0.png"}));
+    EXPECT_EQ(textures.vecFirst,
+              (std::vector<std::string>{"$GAME_DATA/diffuse0.png", "$GAME_DATA/asgMap0.png",
+                                        "$GAME_DATA/normalMap0.png"}));
     using Layout = resource::TextureResourceLayout;
     EXPECT_EQ(textures.vecLayouts, (std::vector{Layout::Bc3, Layout::Bc3, Layout::Bc5}));
     EXPECT_EQ(textures.iPixels, 512 * 256);
@@ -93,14 +97,16 @@ TEST_F(MaterialSetTest, everyFailureIsToldAndLeavesTheSet)
 {
     ASSERT_TRUE(set.load(put("good.json")));
     const uint64_t uHash = set.hash();
-    const auto refuse = [&](const std::string& sPath, const std::string& sText) {
+    const auto refuse = [&](const std::string& sPath, const std::string& sText)
+    {
         log.clear();
         EXPECT_FALSE(set.load(sPath)) << sPath;
         EXPECT_TRUE(log.has(sText)) << sText << '\n' << log.dump();
         EXPECT_EQ(set.hash(), uHash);
         EXPECT_EQ(set.path(), "$TEST_DATA/good.json");
     };
-    const auto edited = [&](const std::function<void(Json::Value&)>& fnEdit) {
+    const auto edited = [&](const std::function<void(Json::Value&)>& fnEdit)
+    {
         Json::Value copy = root;
         fnEdit(copy);
         return put("x.json", copy.toStyledString());
@@ -109,13 +115,17 @@ TEST_F(MaterialSetTest, everyFailureIsToldAndLeavesTheSet)
         refuse(pPath, std::string("Failed to load Ground Material Set (") + pPath + ") is not a valid path");
     refuse(put("broken.json", "{"), "Failed to parse file '$TEST_DATA/broken.json':");
     refuse(put("deep.json", std::string(100'000, '[')), "Failed to parse file '$TEST_DATA/deep.json':");
-    refuse(put("array.json", "[1]"), "Failed to load Ground Material Set ($TEST_DATA/array.json)  json 'groundMaterials' was not valid");
+    refuse(
+        put("array.json", "[1]"),
+        "Failed to load Ground Material Set ($TEST_DATA/array.json)  json 'groundMaterials' was not valid");
     const std::string sX = "$TEST_DATA/x.json";
-    refuse(edited([](auto& j) { j["groundMaterials"]["width"] = 1000; }),
-           sX + " uses a compressed layout but its size is 1000x256. compressed textures must be power of 2s.");
+    refuse(
+        edited([](auto& j) { j["groundMaterials"]["width"] = 1000; }),
+        sX + " uses a compressed layout but its size is 1000x256. compressed textures must be power of 2s.");
     refuse(edited([](auto& j) { j["groundMaterials"]["height"] = "tall"; }),
            sX + " uses a compressed layout but its size is 512x0. compressed textures must be power of 2s.");
-    refuse(edited([](auto& j) { j["groundMaterials"]["width"] = 2; }), sX + " uses a compressed layout but its size is 2x256.");
+    refuse(edited([](auto& j) { j["groundMaterials"]["width"] = 2; }),
+           sX + " uses a compressed layout but its size is 2x256.");
     refuse(edited([](auto& j) { j["groundMaterials"]["height"] = 16384; }),
            sX + " is to big at 512x16384. 8192x8192 is the maximum size possible.");
     refuse(edited([](auto& j) { j["groundMaterials"]["textures"] = 3; }),

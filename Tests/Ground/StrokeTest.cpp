@@ -32,7 +32,8 @@ TEST(Stroke, raisesTheCircleAndNothingElse)
     for (uint32_t j = 0; j < 33; ++j)
         for (uint32_t i = 0; i < 33; ++i)
         {
-            const float fDistance = std::hypot(static_cast<float>(i) * 2 - 32, static_cast<float>(j) * 2 - 32);
+            const float fDistance =
+                std::hypot(static_cast<float>(i) * 2 - 32, static_cast<float>(j) * 2 - 32);
             EXPECT_EQ(world.at(i, j), fDistance <= 6.0f ? 0.5f : 0.0f) << i << ' ' << j;
             EXPECT_EQ(world.surface.vertices()[j * 33 + i].height, world.at(i, j));
         }
@@ -46,8 +47,8 @@ TEST(Stroke, radiusZeroAndFarAwayMakeNoDab)
 {
     GroundWorld world;
     const uint64_t uRevision = world.surface.revision();
-    for (const auto& dab : {GroundWorld::dab(32, 32, 0, 1), GroundWorld::dab(500, 500, 20, 1), GroundWorld::dab(32, 32, NAN, 1),
-                            GroundWorld::dab(NAN, 32, 5, 1)})
+    for (const auto& dab : {GroundWorld::dab(32, 32, 0, 1), GroundWorld::dab(500, 500, 20, 1),
+                            GroundWorld::dab(32, 32, NAN, 1), GroundWorld::dab(NAN, 32, 5, 1)})
     {
         world.surface.raise(dab, 1.0f);
         world.surface.flatten(dab);
@@ -104,7 +105,8 @@ float literalAverage(const EditorTerrainSurface& surface, int i, int j, float r)
 {
     const int k = static_cast<int>(r + 1);
     const float fSigma = r / 3;
-    const auto g = [&](int a, int b) {
+    const auto g = [&](int a, int b)
+    {
         const auto d = static_cast<float>(a - b);
         return std::exp(-0.5f / (fSigma * fSigma) * d * d) / (2.5066283f * fSigma);
     };
@@ -113,7 +115,9 @@ float literalAverage(const EditorTerrainSurface& surface, int i, int j, float r)
         for (int u = std::max(i - k, 0); u < std::min(i + k, static_cast<int>(surface.verticesX())); ++u)
         {
             const float fWeight = (g(u, i) + g(v, j)) * 0.5f;
-            fSum += static_cast<double>(fWeight * surface.heights()[static_cast<size_t>(v) * surface.verticesX() + static_cast<size_t>(u)]);
+            fSum += static_cast<double>(
+                fWeight *
+                surface.heights()[static_cast<size_t>(v) * surface.verticesX() + static_cast<size_t>(u)]);
             fWeights += static_cast<double>(fWeight);
         }
     return static_cast<float>(fSum / fWeights);
@@ -137,10 +141,14 @@ TEST_P(SmoothTest, theSeparatedFormIsTheLiteralOneAlsoOnOblongTiles)
         for (uint32_t j = 1; j < 32 * uY; ++j)
             for (uint32_t i = 1; i < 32 * uX; ++i)
             {
-                const bool bInside = std::hypot(static_cast<float>(i) * 2 - fX, static_cast<float>(j) * 2 - 33.0f) <= GetParam();
+                const bool bInside = std::hypot(static_cast<float>(i) * 2 - fX,
+                                                static_cast<float>(j) * 2 - 33.0f) <= GetParam();
                 iInside += bInside;
-                const float fTarget = literalAverage(before.surface, static_cast<int>(i), static_cast<int>(j), GetParam() / 4);
-                ASSERT_NEAR(world.at(i, j), bInside ? 0.4f * before.at(i, j) + 0.6f * fTarget : before.at(i, j), 1e-4f) << i << ' ' << j;
+                const float fTarget =
+                    literalAverage(before.surface, static_cast<int>(i), static_cast<int>(j), GetParam() / 4);
+                ASSERT_NEAR(world.at(i, j),
+                            bInside ? 0.4f * before.at(i, j) + 0.6f * fTarget : before.at(i, j), 1e-4f)
+                    << i << ' ' << j;
             }
         EXPECT_GT(iInside, 0);
     }
@@ -151,7 +159,8 @@ INSTANTIATE_TEST_SUITE_P(Radii, SmoothTest, testing::Values(1.5f, 5.0f, 12.5f, 3
 TEST(Stroke, aWeightIsAddedAndTakenAlone)
 {
     GroundWorld world;
-    const auto texel = [&](int iSet) { return (iSet ? world.surface.texels1() : world.surface.texels0())[20 * 65 + 30]; };
+    const auto texel = [&](int iSet)
+    { return (iSet ? world.surface.texels1() : world.surface.texels0())[20 * 65 + 30]; };
     world.surface.paintMaterial(1, false, GroundWorld::dab(30, 20, 3, 0.5f));
     world.surface.paintMaterial(6, false, GroundWorld::dab(30, 20, 3, 0.7f));
     EXPECT_EQ(texel(0), 128u << 8);

@@ -84,7 +84,8 @@ void expectFullRebuild(const EditorTerrainSurface& surface)
             const uint32_t a = j * uX + i, b = a + 1, c = a + uX, d = c + 1;
             const bool bBC = std::abs(h(i, j) - h(i + 1, j + 1)) >= std::abs(h(i + 1, j) - h(i, j + 1));
             const std::array arrQuad = bBC ? std::array{c, b, a, c, d, b} : std::array{d, b, a, c, d, a};
-            ASSERT_TRUE(std::equal(arrQuad.begin(), arrQuad.end(), surface.indices().begin() + (size_t{j} * surface.quadsX() + i) * 6));
+            ASSERT_TRUE(std::equal(arrQuad.begin(), arrQuad.end(),
+                                   surface.indices().begin() + (size_t{j} * surface.quadsX() + i) * 6));
         }
 }
 
@@ -93,8 +94,9 @@ TEST(Surface, aPartialRebuildGivesWhatAFullOneDoes)
     GroundWorld world(3, 2);
     world.roughen();
     expectFullRebuild(world.surface);
-    for (const auto& dab : {GroundWorld::dab(100, 70, 9, 1, 1), GroundWorld::dab(3, 3, 4, 1), GroundWorld::dab(190, 126, 6, 1, 2),
-                            GroundWorld::dab(64, 64, 1, 1), GroundWorld::dab(90, 60, 200, 0.3f, 0)})
+    for (const auto& dab : {GroundWorld::dab(100, 70, 9, 1, 1), GroundWorld::dab(3, 3, 4, 1),
+                            GroundWorld::dab(190, 126, 6, 1, 2), GroundWorld::dab(64, 64, 1, 1),
+                            GroundWorld::dab(90, 60, 200, 0.3f, 0)})
     {
         world.surface.clearPending();
         const uint64_t uHash = world.surface.indexHash();
@@ -121,19 +123,22 @@ TEST(Surface, aPartialRebuildGivesWhatAFullOneDoes)
 TEST(Surface, onlyTheTouchedCellsGetANewRevision)
 {
     GroundWorld world(3, 3);
-    const auto changed = [&](const std::function<void()>& fnChange) {
+    const auto changed = [&](const std::function<void()>& fnChange)
+    {
         std::array<uint64_t, 9> arrBefore{};
         for (int i = 0; i < 9; ++i)
             arrBefore[static_cast<size_t>(i)] = world.surface.cellRevision(i % 3, i / 3);
         fnChange();
         std::string sChanged;
         for (int i = 0; i < 9; ++i)
-            sChanged += arrBefore[static_cast<size_t>(i)] != world.surface.cellRevision(i % 3, i / 3) ? 'x' : '.';
+            sChanged +=
+                arrBefore[static_cast<size_t>(i)] != world.surface.cellRevision(i % 3, i / 3) ? 'x' : '.';
         return sChanged;
     };
     EXPECT_EQ(changed([&] { world.surface.raise(GroundWorld::dab(96, 96, 10, 1), 1.0f); }), "....x....");
     EXPECT_EQ(changed([&] { world.surface.raise(GroundWorld::dab(96, 128, 1, 1), 1.0f); }), "....x..x.");
-    EXPECT_EQ(changed([&] { world.surface.paintMaterial(0, false, GroundWorld::dab(64, 64, 0.5f, 1)); }), "xx.xx....");
+    EXPECT_EQ(changed([&] { world.surface.paintMaterial(0, false, GroundWorld::dab(64, 64, 0.5f, 1)); }),
+              "xx.xx....");
     EXPECT_EQ(changed([&] { world.surface.paintColor({}, GroundWorld::dab(0, 0, 5, 1)); }), "x........");
     ByteStream stream;
     world.surface.writeCell(stream, 1, 1, 0);
@@ -193,8 +198,10 @@ TEST(GroundRay, agreesWithTheHeightsFromAboveBelowAndAslant)
     int iHits = 0;
     for (int i = 0; i < 500; ++i)
     {
-        const glm::vec3 from{static_cast<float>(i * 53 % 150) - 10.0f, static_cast<float>(i * 71 % 210) - 10.0f, i % 2 ? 60.0f : -60.0f};
-        const glm::vec3 to{static_cast<float>(i * 29 % 150) - 10.0f, static_cast<float>(i * 17 % 210) - 10.0f, i % 2 ? -50.0f : 50.0f};
+        const glm::vec3 from{static_cast<float>(i * 53 % 150) - 10.0f,
+                             static_cast<float>(i * 71 % 210) - 10.0f, i % 2 ? 60.0f : -60.0f};
+        const glm::vec3 to{static_cast<float>(i * 29 % 150) - 10.0f, static_cast<float>(i * 17 % 210) - 10.0f,
+                           i % 2 ? -50.0f : 50.0f};
         const auto hit = world.surface.castRay(from, to);
         // The collision world splits quads the other way, which matters little.
         btCollisionWorld::ClosestRayResultCallback callback({from.x, from.y, from.z}, {to.x, to.y, to.z});

@@ -101,8 +101,9 @@ TEST(BitStream, everythingComesBackAtAnyBitPosition)
         Uuid uuidBack;
         std::vector<uint8_t> vecBack(700);
         uint8_t uOddBack = 0;
-        ASSERT_TRUE(stream.read(uShort) && stream.read(iInt) && stream.read(fFloat) && stream.read(uuidBack) &&
-                    stream.readBytes(vecBack.data(), 700) && stream.readBits(&uOddBack, 3));
+        ASSERT_TRUE(stream.read(uShort) && stream.read(iInt) && stream.read(fFloat) &&
+                    stream.read(uuidBack) && stream.readBytes(vecBack.data(), 700) &&
+                    stream.readBits(&uOddBack, 3));
         EXPECT_EQ(uShort, 0xBEEF);
         EXPECT_EQ(iInt, -5);
         EXPECT_EQ(fFloat, 1.5f);
@@ -168,7 +169,8 @@ TEST(Lz4Section, givesTheBytesOfLz4sOwnCallsAndTakesThemBack)
 {
     ResizeableBuffer scratch;
     uint32_t uSeed = 1;
-    for (const size_t uSize : {size_t{1}, size_t{104}, size_t{848}, size_t{16385}, size_t{42512}, size_t{300'000}})
+    for (const size_t uSize :
+         {size_t{1}, size_t{104}, size_t{848}, size_t{16385}, size_t{42512}, size_t{300'000}})
         for (const uint32_t uMask : {0u, 3u, 255u})
         {
             std::vector<std::byte> vecRaw(uSize);
@@ -178,9 +180,12 @@ TEST(Lz4Section, givesTheBytesOfLz4sOwnCallsAndTakesThemBack)
             std::vector<char> vecWanted(lz4Bound(static_cast<uint32_t>(uSize)));
             for (const Lz4Quality eQuality : {Lz4Quality::Fast, Lz4Quality::Final})
             {
-                const int iWanted = eQuality == Lz4Quality::Fast
-                                        ? LZ4_compress_default(pRaw, vecWanted.data(), static_cast<int>(uSize), static_cast<int>(vecWanted.size()))
-                                        : LZ4_compress_HC(pRaw, vecWanted.data(), static_cast<int>(uSize), static_cast<int>(vecWanted.size()), 9);
+                const int iWanted =
+                    eQuality == Lz4Quality::Fast
+                        ? LZ4_compress_default(pRaw, vecWanted.data(), static_cast<int>(uSize),
+                                               static_cast<int>(vecWanted.size()))
+                        : LZ4_compress_HC(pRaw, vecWanted.data(), static_cast<int>(uSize),
+                                          static_cast<int>(vecWanted.size()), 9);
                 const auto spanPacked = lz4Compress(vecRaw, eQuality, scratch);
                 ASSERT_EQ(spanPacked.size(), static_cast<size_t>(iWanted));
                 EXPECT_EQ(std::memcmp(spanPacked.data(), vecWanted.data(), spanPacked.size()), 0);
@@ -190,7 +195,8 @@ TEST(Lz4Section, givesTheBytesOfLz4sOwnCallsAndTakesThemBack)
                 vecBack.resize(uSize + 1);
                 EXPECT_FALSE(lz4Decompress(spanPacked, vecBack));
                 EXPECT_FALSE(lz4Decompress(spanPacked, std::span(vecBack).first(uSize - 1)));
-                EXPECT_FALSE(lz4Decompress(spanPacked.first(spanPacked.size() - 1), std::span(vecBack).first(uSize)));
+                EXPECT_FALSE(
+                    lz4Decompress(spanPacked.first(spanPacked.size() - 1), std::span(vecBack).first(uSize)));
             }
         }
     EXPECT_EQ(lz4Bound(255), 255u + 1 + 16);

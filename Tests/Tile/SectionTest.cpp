@@ -24,7 +24,10 @@ struct NumberedGrids
             vecTexels1[i] = static_cast<uint32_t>(i) * 3 + 1;
         }
     }
-    [[nodiscard]] tile::SurfaceGridView view() const { return {2, 1, vecHeights, vecColors, vecTexels0, vecTexels1}; }
+    [[nodiscard]] tile::SurfaceGridView view() const
+    {
+        return {2, 1, vecHeights, vecColors, vecTexels0, vecTexels1};
+    }
 
     std::vector<float> vecHeights = std::vector<float>(65 * 33);
     std::vector<tile::ColorValue> vecColors = std::vector<tile::ColorValue>(65 * 33);
@@ -98,7 +101,10 @@ TEST(SectionTable, namesEveryFieldOfACellHeaderOnce)
             for (size_t k = 0; k < 97; ++k)
                 arrSeen[k] += arrWords[k] != 0;
             const tile::Section section = tile::section(header, group, i);
-            EXPECT_EQ(section.uCount + section.uIndex * 10 + section.uCompressedSize * 100 + section.uSize * 1000, 4321u) << group.pName;
+            EXPECT_EQ(section.uCount + section.uIndex * 10 + section.uCompressedSize * 100 +
+                          section.uSize * 1000,
+                      4321u)
+                << group.pName;
             tile::setSection(header, group, i, {0, 2, 3, 4});
             const tile::CellHeader empty{};
             EXPECT_EQ(std::memcmp(&header, &empty, sizeof(header)), 0) << group.pName;
@@ -109,8 +115,12 @@ TEST(SectionTable, namesEveryFieldOfACellHeaderOnce)
 
 struct ClutterSectionTest : testing::Test
 {
-    ClutterSectionTest() { database.loadText(R"({"clutterList":[{"uuid":"00000000-0000-4000-8000-000000000001"},
-        {"uuid":"00000000-0000-4000-8000-000000000002"}]})", "two"); }
+    ClutterSectionTest()
+    {
+        database.loadText(R"({"clutterList":[{"uuid":"00000000-0000-4000-8000-000000000001"},
+        {"uuid":"00000000-0000-4000-8000-000000000002"}]})",
+                          "two");
+    }
 
     LogCapture log;
     tile::ClutterDatabase database;
@@ -139,8 +149,9 @@ TEST_F(ClutterSectionTest, holdsATableOfWhatOccursAndTheSamples)
     EXPECT_EQ(stream.data()[35 + 6], std::byte{255});
 
     std::vector<uint8_t> vecBack(tile::SamplesPerPatch);
-    ASSERT_TRUE(tile::readClutterSection(stream.bytes(), 13, database.lookUp(),
-                                         tile::ClutterSamples(std::span(vecBack).first<tile::SamplesPerPatch>()), bNoTypes));
+    ASSERT_TRUE(tile::readClutterSection(
+        stream.bytes(), 13, database.lookUp(),
+        tile::ClutterSamples(std::span(vecBack).first<tile::SamplesPerPatch>()), bNoTypes));
     EXPECT_EQ(vecBack, vecSamples);
 }
 
@@ -148,7 +159,8 @@ TEST_F(ClutterSectionTest, typesAreFoundByIdentityWhateverTheirIndexWas)
 {
     tile::ClutterDatabase other;
     other.loadText(R"({"clutterList":[{"uuid":"00000000-0000-4000-8000-0000000000ff"},
-        {"uuid":"00000000-0000-4000-8000-000000000002"},{"uuid":"00000000-0000-4000-8000-000000000001"}]})", "other");
+        {"uuid":"00000000-0000-4000-8000-000000000002"},{"uuid":"00000000-0000-4000-8000-000000000001"}]})",
+                   "other");
     vecSamples[3] = 0;
     vecSamples[4] = 1;
     ByteStream stream;
@@ -170,10 +182,12 @@ TEST_F(ClutterSectionTest, unknownTypesFallBackWithTheirTexts)
     ASSERT_TRUE(tile::readClutterSection(stream.bytes(), 13, other.lookUp(), samples, bNoTypes));
     EXPECT_EQ(vecSamples[3], 0);
     EXPECT_FALSE(bNoTypes);
-    EXPECT_TRUE(log.has("ASSERT: 'false && \"Uuid dosen't exist in the clutter manager, defaulting to 0.\"'")) << log.dump();
+    EXPECT_TRUE(log.has("ASSERT: 'false && \"Uuid dosen't exist in the clutter manager, defaulting to 0.\"'"))
+        << log.dump();
 
     log.clear();
-    ASSERT_TRUE(tile::readClutterSection(stream.bytes(), 13, tile::ClutterDatabase().lookUp(), samples, bNoTypes));
+    ASSERT_TRUE(
+        tile::readClutterSection(stream.bytes(), 13, tile::ClutterDatabase().lookUp(), samples, bNoTypes));
     EXPECT_EQ(vecSamples[3], 255);
     EXPECT_TRUE(bNoTypes);
     EXPECT_TRUE(log.lines().empty());
@@ -181,8 +195,10 @@ TEST_F(ClutterSectionTest, unknownTypesFallBackWithTheirTexts)
     stream.data()[18 + 40] = std::byte{77}; // a sample without an entry
     ASSERT_TRUE(tile::readClutterSection(stream.bytes(), 13, database.lookUp(), samples, bNoTypes));
     EXPECT_EQ(vecSamples[40], 255);
-    EXPECT_TRUE(log.has("find_it != mapLocalToGlobalIdx.end() && \"This should never happend, problem in the exporter?\""));
-    EXPECT_FALSE(tile::readClutterSection(stream.bytes().first(1000), 13, database.lookUp(), samples, bNoTypes));
+    EXPECT_TRUE(log.has(
+        "find_it != mapLocalToGlobalIdx.end() && \"This should never happend, problem in the exporter?\""));
+    EXPECT_FALSE(
+        tile::readClutterSection(stream.bytes().first(1000), 13, database.lookUp(), samples, bNoTypes));
     EXPECT_FALSE(tile::readClutterSection({}, 13, database.lookUp(), samples, bNoTypes));
 }
 
@@ -195,7 +211,8 @@ TEST(ClutterDatabase, readsItsEntriesAndSkipsBadOnes)
          "groundNormal":true,"wind":true,"slope":"skew","rotate":"rotate","mesh":"a.mesh","texture":"a.png","impostor_texture":"i.png"},
         {"uuid":"not one","name":"Bad"}, 17,
         {"uuid":"00000000-0000-4000-8000-000000000002","slope":"no","mesh":"b.mesh"},
-        {"uuid":"00000000-0000-4000-8000-000000000003","rotate":"rotate","mesh":"a.mesh"}]})", "clutter"));
+        {"uuid":"00000000-0000-4000-8000-000000000003","rotate":"rotate","mesh":"a.mesh"}]})",
+                                  "clutter"));
     ASSERT_EQ(database.types().size(), 3u);
     EXPECT_EQ(database.types()[0].flags, 15u);
     EXPECT_EQ(database.types()[0].height, 0.5f);

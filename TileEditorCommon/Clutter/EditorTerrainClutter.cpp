@@ -12,7 +12,9 @@ namespace tilebuilder
 
 EditorTerrainClutter::EditorTerrainClutter(EditorSinkI& sink, const EditorTerrainSurface& surface,
                                            const tile::ClutterDatabase& database)
-    : m_sink(sink), m_surface(surface), m_database(database)
+    : m_sink(sink),
+      m_surface(surface),
+      m_database(database)
 {
 }
 
@@ -47,14 +49,16 @@ size_t EditorTerrainClutter::cellIndex(int iCellX, int iCellY) const
 
 std::span<uint8_t> EditorTerrainClutter::cellData(int iCellX, int iCellY)
 {
-    return std::span(m_tileData).subspan(cellIndex(iCellX, iCellY) * tile::SamplesPerPatch, tile::SamplesPerPatch);
+    return std::span(m_tileData)
+        .subspan(cellIndex(iCellX, iCellY) * tile::SamplesPerPatch, tile::SamplesPerPatch);
 }
 
 std::span<const uint8_t> EditorTerrainClutter::samples(int iCellX, int iCellY) const
 {
     if (!hasCell(iCellX, iCellY))
         return {};
-    return std::span(m_tileData).subspan(cellIndex(iCellX, iCellY) * tile::SamplesPerPatch, tile::SamplesPerPatch);
+    return std::span(m_tileData)
+        .subspan(cellIndex(iCellX, iCellY) * tile::SamplesPerPatch, tile::SamplesPerPatch);
 }
 
 void EditorTerrainClutter::setSamples(int iCellX, int iCellY, std::span<const uint8_t> spanSamples)
@@ -87,7 +91,8 @@ void EditorTerrainClutter::reportNoTypes(bool bNoTypes)
     QM_LOG_ERROR("The tile holds clutter but no clutter types are known. Its samples are left empty.");
 }
 
-bool EditorTerrainClutter::readCell(std::span<const std::byte> spanData, int iCellX, int iCellY, uint32_t uVersion)
+bool EditorTerrainClutter::readCell(std::span<const std::byte> spanData, int iCellX, int iCellY,
+                                    uint32_t uVersion)
 {
     const ClutterCell cell{iCellX, iCellY, spanData};
     return readCells({&cell, 1}, uVersion);
@@ -102,13 +107,17 @@ bool EditorTerrainClutter::readCells(std::span<const ClutterCell> spanCells, uin
         return true;
     const tile::ClutterTypes types = m_database.lookUp();
     std::atomic<bool> bNoTypes = false;
-    tbb::parallel_for(size_t{0}, spanCells.size(), [&](size_t uCell) {
-        const ClutterCell& cell = spanCells[uCell];
-        const tile::ClutterSamples target(cellData(cell.iCellX, cell.iCellY).first<tile::SamplesPerPatch>());
-        bool bNone = false;
-        if (tile::readClutterSection(cell.spanBytes, uVersion, types, target, bNone) && bNone)
-            bNoTypes = true;
-    });
+    tbb::parallel_for(size_t{0}, spanCells.size(),
+                      [&](size_t uCell)
+                      {
+                          const ClutterCell& cell = spanCells[uCell];
+                          const tile::ClutterSamples target(
+                              cellData(cell.iCellX, cell.iCellY).first<tile::SamplesPerPatch>());
+                          bool bNone = false;
+                          if (tile::readClutterSection(cell.spanBytes, uVersion, types, target, bNone) &&
+                              bNone)
+                              bNoTypes = true;
+                      });
     ++m_revision;
     for (const ClutterCell& cell : spanCells)
         m_vecCellRevisions[cellIndex(cell.iCellX, cell.iCellY)] = m_revision;
@@ -122,7 +131,8 @@ uint8_t EditorTerrainClutter::sampleAt(int iCellX, int iCellY, const glm::vec2& 
 {
     if (!hasCell(iCellX, iCellY))
         return tile::EmptyClutter;
-    const auto trunc = [](float fValue) { return static_cast<int>(std::clamp(2.0f * fValue, -1.0e6f, 1.0e6f)); };
+    const auto trunc = [](float fValue)
+    { return static_cast<int>(std::clamp(2.0f * fValue, -1.0e6f, 1.0e6f)); };
     const int idx = tile::ClutterTileSamples * trunc(localPosition.y) + trunc(localPosition.x);
     if (!QM_ASSERT_TEXT(idx >= 0 && idx < tile::SamplesPerPatch, "idx >= 0 && idx < tile::SamplesPerPatch"))
         return tile::EmptyClutter;

@@ -29,7 +29,8 @@ class EditorTerrainClutter
 {
 public:
     /// All three must outlive the grid.
-    EditorTerrainClutter(EditorSinkI& sink, const EditorTerrainSurface& surface, const tile::ClutterDatabase& database);
+    EditorTerrainClutter(EditorSinkI& sink, const EditorTerrainSurface& surface,
+                         const tile::ClutterDatabase& database);
 
     /// Empty samples for a tile of that size in metres.
     void init(uint32_t sizeX, uint32_t sizeY);

@@ -56,7 +56,8 @@ size_t CellCache::bytesUsed() const
     return uBytes;
 }
 
-void CellCache::refresh(CachedSection& section, uint64_t uRevision, Lz4Quality eQuality, const Serialise& fnSerialise)
+void CellCache::refresh(CachedSection& section, uint64_t uRevision, Lz4Quality eQuality,
+                        const Serialise& fnSerialise)
 {
     thread_local ByteStream s_raw(0x10000);
     thread_local ResizeableBuffer s_compressed(0x10000);
@@ -65,7 +66,8 @@ void CellCache::refresh(CachedSection& section, uint64_t uRevision, Lz4Quality e
     if (eQuality == Lz4Quality::Final)
     {
         const uint64_t uHash = xxh3(s_raw.bytes());
-        if (section.pBytes && section.uRawHash == uHash && section.uSize == s_raw.size() && section.uCount == uCount)
+        if (section.pBytes && section.uRawHash == uHash && section.uSize == s_raw.size() &&
+            section.uCount == uCount)
         {
             section.uRevision = uRevision;
             return;

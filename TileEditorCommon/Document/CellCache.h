@@ -53,7 +53,8 @@ public:
     using Serialise = std::function<uint32_t(ByteStream&)>;
 
     /// Serialises and compresses a section that isn't current.
-    static void refresh(CachedSection& section, uint64_t uRevision, Lz4Quality eQuality, const Serialise& fnSerialise);
+    static void refresh(CachedSection& section, uint64_t uRevision, Lz4Quality eQuality,
+                        const Serialise& fnSerialise);
 
     /// Takes bytes that are known to be the section's fast form at a revision.
     static void adopt(CachedSection& section, uint64_t uRevision, const tile::Section& described,

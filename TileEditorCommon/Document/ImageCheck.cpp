@@ -24,7 +24,9 @@ class Collector
 {
 public:
     Collector(CheckedImage& result, const ProviderTable& providers, const KnownSection& fnKnown)
-        : m_result(result), m_providers(providers), m_fnKnown(fnKnown)
+        : m_result(result),
+          m_providers(providers),
+          m_fnKnown(fnKnown)
     {
     }
 
@@ -67,7 +69,8 @@ private:
         return true;
     }
 
-    bool objects(size_t uCell, const tile::SectionGroupInfo& group, uint32_t uElement, const tile::Section& section)
+    bool objects(size_t uCell, const tile::SectionGroupInfo& group, uint32_t uElement,
+                 const tile::Section& section)
     {
         const uint32_t uVersion = m_result.image.header().version;
         const bool bUnderstood = m_providers[static_cast<size_t>(group.eGroup)] != nullptr;
@@ -110,10 +113,12 @@ std::optional<CheckedImage> checkTileImage(std::span<const std::byte> spanImage,
     if (!image)
         return std::nullopt;
     const tile::Header& header = image->header();
-    const uint64_t uDataOffset = tile::CellHeadersOffset + uint64_t{image->cellCount()} * header.uCellHeaderSize;
+    const uint64_t uDataOffset =
+        tile::CellHeadersOffset + uint64_t{image->cellCount()} * header.uCellHeaderSize;
     static_cast<void>(QM_ASSERT_TEXT(header.uCellHeadersOffset == tile::CellHeadersOffset,
                                      "brState.getBytesRead() == header.uCellHeadersOffset"));
-    static_cast<void>(QM_ASSERT_TEXT(header.uDataOffset == uDataOffset, "brState.getBytesRead() == header.uDataOffset"));
+    static_cast<void>(
+        QM_ASSERT_TEXT(header.uDataOffset == uDataOffset, "brState.getBytesRead() == header.uDataOffset"));
 
     CheckedImage result{*image, {}, {}, {}, false, nullptr};
     Collector collector(result, providers, fnKnown);
@@ -135,8 +140,8 @@ std::optional<CheckedImage> checkTileImage(std::span<const std::byte> spanImage,
     result.pRaw.reset(static_cast<std::byte*>(std::malloc(std::max<size_t>(uRawSize, 1))));
     if (!result.pRaw)
     {
-        QM_LOG_ERROR("Linear memory allocation failed (", uRawSize, " bytes) - ", UTILS::baseName(__FILE__), ":",
-                     __LINE__);
+        QM_LOG_ERROR("Linear memory allocation failed (", uRawSize, " bytes) - ", UTILS::baseName(__FILE__),
+                     ":", __LINE__);
         return std::nullopt;
     }
     size_t uPlace = 0;
@@ -147,16 +152,19 @@ std::optional<CheckedImage> checkTileImage(std::span<const std::byte> spanImage,
     }
 
     std::atomic<bool> bGood = true;
-    tbb::parallel_for(size_t{0}, vecAll.size(), [&](size_t i) {
-        if (!bGood)
-            return;
-        const CheckedSection& checked = *vecAll[i];
-        std::byte* pOut = result.pRaw.get() + (checked.spanRaw.data() - result.pRaw.get());
-        const bool bUnpacked = QM_ASSERT_TEXT(lz4Decompress(checked.spanCompressed, {pOut, checked.section.uSize}),
-                                              "uDebugSize == uUncompressedSize");
-        if (!bUnpacked || !checkContent(checked, header.version, providers))
-            bGood = false;
-    });
+    tbb::parallel_for(size_t{0}, vecAll.size(),
+                      [&](size_t i)
+                      {
+                          if (!bGood)
+                              return;
+                          const CheckedSection& checked = *vecAll[i];
+                          std::byte* pOut = result.pRaw.get() + (checked.spanRaw.data() - result.pRaw.get());
+                          const bool bUnpacked = QM_ASSERT_TEXT(
+                              lz4Decompress(checked.spanCompressed, {pOut, checked.section.uSize}),
+                              "uDebugSize == uUncompressedSize");
+                          if (!bUnpacked || !checkContent(checked, header.version, providers))
+                              bGood = false;
+                      });
     if (!bGood)
         return std::nullopt;
     return result;

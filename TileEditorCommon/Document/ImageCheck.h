@@ -43,7 +43,9 @@ using KnownSection = std::function<bool(size_t uCell, tile::SectionGroup eGroup,
 /// Compares every size, count and offset with the image and unpacks every section that reading
 /// needs, on all cores. On a fault logs a line (the frame's text with the path, or the assertion
 /// of the section) and is nullopt. Changes nothing.
-[[nodiscard]] std::optional<CheckedImage> checkTileImage(std::span<const std::byte> spanImage, std::string_view sPath,
-                                                         const ProviderTable& providers, const KnownSection& fnKnown);
+[[nodiscard]] std::optional<CheckedImage> checkTileImage(std::span<const std::byte> spanImage,
+                                                         std::string_view sPath,
+                                                         const ProviderTable& providers,
+                                                         const KnownSection& fnKnown);
 
 } // namespace tilebuilder

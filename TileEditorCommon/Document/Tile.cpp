@@ -15,7 +15,10 @@ namespace fs = std::filesystem;
 Tile::Tile(const TileServices& services) : m_services(services) {}
 Tile::~Tile() = default;
 
-void Tile::addProvider(CellObjectProviderI& provider) { m_providers[static_cast<size_t>(provider.group())] = &provider; }
+void Tile::addProvider(CellObjectProviderI& provider)
+{
+    m_providers[static_cast<size_t>(provider.group())] = &provider;
+}
 
 void Tile::create(const Uuid& uuid, uint64_t creatorId, int32_t width, int32_t height, uint32_t type)
 {
@@ -72,11 +75,13 @@ namespace
 {
 
 // Entries of a folder in the order of their names; sub-folders where they stand, depth first.
-void listTiles(const fs::path& folder, const std::string& sKeyed, bool bSubFolders, std::vector<std::string>& vecFound)
+void listTiles(const fs::path& folder, const std::string& sKeyed, bool bSubFolders,
+               std::vector<std::string>& vecFound)
 {
     std::error_code error;
     std::vector<fs::directory_entry> vecEntries;
-    for (auto it = fs::directory_iterator(folder, error); !error && it != fs::directory_iterator(); it.increment(error))
+    for (auto it = fs::directory_iterator(folder, error); !error && it != fs::directory_iterator();
+         it.increment(error))
         vecEntries.push_back(*it);
     std::ranges::sort(vecEntries);
     for (const fs::directory_entry& entry : vecEntries)
@@ -97,7 +102,8 @@ void listTiles(const fs::path& folder, const std::string& sKeyed, bool bSubFolde
 std::vector<std::string> Tile::listGameTiles(bool creative, bool survival)
 {
     std::vector<std::string> vecFound;
-    const auto list = [&](const char* pFolder, bool bSubFolders) {
+    const auto list = [&](const char* pFolder, bool bSubFolders)
+    {
         const fs::path folder = DirectoryManager::ms_pInstance->resolvePath(pFolder);
         std::error_code error;
         if (fs::is_directory(folder, error))

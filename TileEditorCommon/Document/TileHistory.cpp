@@ -51,7 +51,8 @@ bool Tile::restoreState(bool bClearSelection, bool bKeepIds)
 {
     if (m_stateIndex >= m_states.size())
         return false;
-    const bool bRead = read(m_states[m_stateIndex].bytes(), m_directory, m_name, true, bClearSelection, bKeepIds);
+    const bool bRead =
+        read(m_states[m_stateIndex].bytes(), m_directory, m_name, true, bClearSelection, bKeepIds);
     m_services.host.skipPendingChanges();
     m_services.host.markInterfaceDirty(0);
     return bRead;

@@ -18,11 +18,13 @@ bool Tile::read(std::span<const std::byte> spanImage, const std::string& sDirect
     if (bRestoring && m_type == tile::TypeGround)
     {
         m_cellCache.resize(static_cast<size_t>(m_width) * static_cast<size_t>(m_height));
-        fnKnown = [this](size_t uCell, tile::SectionGroup eGroup, std::span<const std::byte> spanBytes) {
+        fnKnown = [this](size_t uCell, tile::SectionGroup eGroup, std::span<const std::byte> spanBytes)
+        {
             const int iCellX = static_cast<int>(uCell % static_cast<size_t>(m_width));
             const int iCellY = static_cast<int>(uCell / static_cast<size_t>(m_width));
-            const uint64_t uRevision = eGroup == tile::SectionGroup::Mips ? m_services.surface.cellRevision(iCellX, iCellY)
-                                                                           : m_services.clutter.cellRevision(iCellX, iCellY);
+            const uint64_t uRevision = eGroup == tile::SectionGroup::Mips
+                                           ? m_services.surface.cellRevision(iCellX, iCellY)
+                                           : m_services.clutter.cellRevision(iCellX, iCellY);
             const CachedSection& section =
                 m_cellCache.section(uCell, CellCache::slot(tile::sectionGroup(eGroup), 0), Lz4Quality::Fast);
             return section.isCurrent(uRevision) && std::ranges::equal(section.bytes(), spanBytes);
@@ -34,7 +36,8 @@ bool Tile::read(std::span<const std::byte> spanImage, const std::string& sDirect
     const tile::Header& header = checked->image.header();
     if (bRestoring)
     {
-        if (!QM_ASSERT(header.width == m_width && header.height == m_height && tile::typeOf(header) == m_type))
+        if (!QM_ASSERT(header.width == m_width && header.height == m_height &&
+                       tile::typeOf(header) == m_type))
             return false;
     }
     else
@@ -62,7 +65,7 @@ void Tile::takeIdentity(const CheckedImage& checked, const std::string& sDirecto
     QM_LOG("Size: ", header.width, ", ", header.height);
     QM_LOG("Type: ", uType);
     QM_LOG("Tile UUID: {", header.uuid.text(), "}");
-    QM_LOG("Creator ID: ", header.creatorId);
+    QM_LOG("Creator ID: ", uint64_t{header.creatorId});
     m_directory = sDirectory;
     m_name = sName;
     m_uuid = header.uuid;
@@ -81,11 +84,13 @@ void Tile::takeGround(const CheckedImage& checked, bool bRestoring)
     std::vector<CellSection> vecSurface;
     vecSurface.reserve(checked.vecSurface.size());
     for (const CheckedSection& section : checked.vecSurface)
-        vecSurface.push_back({static_cast<int>(section.uCell % uWidth), static_cast<int>(section.uCell / uWidth), section.spanRaw});
+        vecSurface.push_back({static_cast<int>(section.uCell % uWidth),
+                              static_cast<int>(section.uCell / uWidth), section.spanRaw});
     std::vector<ClutterCell> vecClutter;
     vecClutter.reserve(checked.vecClutter.size());
     for (const CheckedSection& section : checked.vecClutter)
-        vecClutter.push_back({static_cast<int>(section.uCell % uWidth), static_cast<int>(section.uCell / uWidth), section.spanRaw});
+        vecClutter.push_back({static_cast<int>(section.uCell % uWidth),
+                              static_cast<int>(section.uCell / uWidth), section.spanRaw});
     static_cast<void>(QM_ASSERT(m_services.surface.readCells(vecSurface)));
     static_cast<void>(QM_ASSERT(m_services.clutter.readCells(vecClutter, checked.image.header().version)));
     if (!bRestoring)
@@ -93,10 +98,12 @@ void Tile::takeGround(const CheckedImage& checked, bool bRestoring)
     // A state is an image of our own writing, so what it holds is what writing would give again.
     for (const CheckedSection& section : checked.vecSurface)
         adoptSections(checked, section,
-                      m_services.surface.cellRevision(static_cast<int>(section.uCell % uWidth), static_cast<int>(section.uCell / uWidth)));
+                      m_services.surface.cellRevision(static_cast<int>(section.uCell % uWidth),
+                                                      static_cast<int>(section.uCell / uWidth)));
     for (const CheckedSection& section : checked.vecClutter)
         adoptSections(checked, section,
-                      m_services.clutter.cellRevision(static_cast<int>(section.uCell % uWidth), static_cast<int>(section.uCell / uWidth)));
+                      m_services.clutter.cellRevision(static_cast<int>(section.uCell % uWidth),
+                                                      static_cast<int>(section.uCell / uWidth)));
     m_surfaceRevision = m_services.surface.revision();
     m_clutterRevision = m_services.clutter.revision();
 }
@@ -108,8 +115,9 @@ void Tile::adoptSections(const CheckedImage& checked, const CheckedSection& sect
     {
         const tile::Section described = tile::section(header, *section.pGroup, i);
         if (const auto spanBytes = checked.image.sectionBytes(described))
-            CellCache::adopt(m_cellCache.section(section.uCell, CellCache::slot(*section.pGroup, i), Lz4Quality::Fast),
-                             uRevision, described, *spanBytes);
+            CellCache::adopt(
+                m_cellCache.section(section.uCell, CellCache::slot(*section.pGroup, i), Lz4Quality::Fast),
+                uRevision, described, *spanBytes);
     }
 }
 
@@ -120,16 +128,17 @@ void Tile::takeObjects(const CheckedImage& checked, bool bRestoring, bool bClear
             pProvider->beginRead(bRestoring, bClearSelection, bKeepIds);
     // Undo images leave voxel terrain out, so what is there stays.
     const size_t uVoxelTerrain = CellCache::slot(tile::sectionGroup(tile::SectionGroup::VoxelTerrain), 0);
-    std::erase_if(m_mapCarried, [&](const auto& carried) {
-        return !bRestoring || carried.first % CellCache::s_uSlots != uVoxelTerrain;
-    });
+    std::erase_if(m_mapCarried, [&](const auto& carried)
+                  { return !bRestoring || carried.first % CellCache::s_uSlots != uVoxelTerrain; });
     const uint32_t uVersion = checked.image.header().version;
     for (const CheckedSection& section : checked.vecObjects)
     {
         if (CellObjectProviderI* pProvider = m_providers[static_cast<size_t>(section.pGroup->eGroup)])
-            pProvider->readRecords(section.spanRaw, section.section.uCount, objectCell(section.uCell), uVersion);
+            pProvider->readRecords(section.spanRaw, section.section.uCount, objectCell(section.uCell),
+                                   uVersion);
         else if (uVersion == tile::VersionCurrent)
-            m_mapCarried[section.uCell * CellCache::s_uSlots + CellCache::slot(*section.pGroup, section.uElement)] = {
+            m_mapCarried[section.uCell * CellCache::s_uSlots +
+                         CellCache::slot(*section.pGroup, section.uElement)] = {
                 section.section, {section.spanCompressed.begin(), section.spanCompressed.end()}};
     }
     for (CellObjectProviderI* pProvider : m_providers)

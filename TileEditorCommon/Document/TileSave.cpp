@@ -36,7 +36,8 @@ std::string normalisedName(const std::string& sName)
 
 } // namespace
 
-bool Tile::prepareFile(const std::string& name, const std::string& directory, uint32_t flags, PreparedFile& file)
+bool Tile::prepareFile(const std::string& name, const std::string& directory, uint32_t flags,
+                       PreparedFile& file)
 {
     const DirectoryManager& directories = *DirectoryManager::ms_pInstance;
     file.sPath = directory + "/" + name;
@@ -80,7 +81,8 @@ bool Tile::writeFile(const std::string& name, const std::string& directory, uint
     return true;
 }
 
-SaveResult Tile::save(const std::string& name, const std::string& directory, uint64_t creatorId, bool bReplace)
+SaveResult Tile::save(const std::string& name, const std::string& directory, uint64_t creatorId,
+                      bool bReplace)
 {
     DocumentHostI& host = m_services.host;
     const DirectoryManager& directories = *DirectoryManager::ms_pInstance;
@@ -122,9 +124,10 @@ SaveResult Tile::save(const std::string& name, const std::string& directory, uin
     PreparedFile fileExport;
     PreparedFile filePlain;
     const bool bExport = m_type == tile::TypeGround;
-    const bool bSaved = (!bExport || prepareFile(sName + ".export", sDirectory, tile::WriteExport, fileExport)) &&
-                        prepareFile(sName, sDirectory, tile::WritePlain, filePlain) &&
-                        (!bExport || commitFile(fileExport)) && commitFile(filePlain);
+    const bool bSaved =
+        (!bExport || prepareFile(sName + ".export", sDirectory, tile::WriteExport, fileExport)) &&
+        prepareFile(sName, sDirectory, tile::WritePlain, filePlain) && (!bExport || commitFile(fileExport)) &&
+        commitFile(filePlain);
     if (!bSaved)
     {
         m_uuid = uuidOld;

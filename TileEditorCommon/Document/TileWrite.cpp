@@ -27,8 +27,9 @@ struct Tile::CellParts
     void add(const tile::SectionGroupInfo& group, uint32_t uElement, uint32_t uCount, uint32_t uRawSize,
              std::span<const std::byte> spanBytes)
     {
-        tile::setSection(header, group, uElement,
-                         {uCount, static_cast<uint32_t>(uSize), static_cast<uint32_t>(spanBytes.size()), uRawSize});
+        tile::setSection(
+            header, group, uElement,
+            {uCount, static_cast<uint32_t>(uSize), static_cast<uint32_t>(spanBytes.size()), uRawSize});
         vecSections.push_back(spanBytes);
         uSize += spanBytes.size();
     }
@@ -53,7 +54,8 @@ ObjectCell Tile::objectCell(size_t uCell) const
 {
     const auto uWidth = static_cast<size_t>(m_width);
     return {uCell,
-            {static_cast<float>(uCell % uWidth) * tile::CellSize, static_cast<float>(uCell / uWidth) * tile::CellSize, 0.0f},
+            {static_cast<float>(uCell % uWidth) * tile::CellSize,
+             static_cast<float>(uCell / uWidth) * tile::CellSize, 0.0f},
             m_type == tile::TypeGround};
 }
 
@@ -71,20 +73,25 @@ void Tile::writeCell(size_t uCell, uint32_t flags, CellParts& parts)
         {
             CachedSection& section = m_cellCache.section(uCell, CellCache::slot(mips, uMip), eQuality);
             if (!section.isCurrent(uSurface))
-                CellCache::refresh(section, uSurface, eQuality, [&](ByteStream& stream) {
-                    m_services.surface.writeCell(stream, iCellX, iCellY, static_cast<int>(uMip));
-                    return 1u;
-                });
+                CellCache::refresh(section, uSurface, eQuality,
+                                   [&](ByteStream& stream)
+                                   {
+                                       m_services.surface.writeCell(stream, iCellX, iCellY,
+                                                                    static_cast<int>(uMip));
+                                       return 1u;
+                                   });
             parts.add(mips, uMip, 1, section.uSize, section.bytes());
         }
         const tile::SectionGroupInfo& clutter = tile::sectionGroup(tile::SectionGroup::Clutter);
         const uint64_t uClutter = m_services.clutter.cellRevision(iCellX, iCellY);
         CachedSection& section = m_cellCache.section(uCell, CellCache::slot(clutter, 0), eQuality);
         if (!section.isCurrent(uClutter))
-            CellCache::refresh(section, uClutter, eQuality, [&](ByteStream& stream) {
-                m_services.clutter.writeCell(stream, iCellX, iCellY);
-                return 1u;
-            });
+            CellCache::refresh(section, uClutter, eQuality,
+                               [&](ByteStream& stream)
+                               {
+                                   m_services.clutter.writeCell(stream, iCellX, iCellY);
+                                   return 1u;
+                               });
         parts.add(clutter, 0, 1, section.uSize, section.bytes());
     }
     for (const tile::SectionGroupInfo& group : tile::sectionGroups())
@@ -104,7 +111,8 @@ void Tile::writeObjects(size_t uCell, uint32_t flags, const tile::SectionGroupIn
         {
             const auto it = m_mapCarried.find(uCell * CellCache::s_uSlots + uSlot);
             if (it != m_mapCarried.end())
-                parts.add(group, uElement, it->second.section.uCount, it->second.section.uSize, it->second.vecBytes);
+                parts.add(group, uElement, it->second.section.uCount, it->second.section.uSize,
+                          it->second.vecBytes);
             continue;
         }
         // Without bounds every cell would get all objects: they are written once.
@@ -117,9 +125,9 @@ void Tile::writeObjects(size_t uCell, uint32_t flags, const tile::SectionGroupIn
         CachedSection fresh;
         CachedSection& section = bCached ? m_cellCache.section(uCell, uSlot, eQuality) : fresh;
         if (!bCached || !section.isCurrent(uRevision))
-            CellCache::refresh(section, bCached ? uRevision : 0, eQuality, [&](ByteStream& stream) {
-                return pProvider->appendRecords(stream, cell, uElement, flags);
-            });
+            CellCache::refresh(section, bCached ? uRevision : 0, eQuality,
+                               [&](ByteStream& stream)
+                               { return pProvider->appendRecords(stream, cell, uElement, flags); });
         if (section.uCount == 0 || !QM_ASSERT_TEXT(section.uSize > 0, group.pSizeAssertion))
             continue;
         parts.add(group, uElement, section.uCount, section.uSize, section.bytes());
@@ -164,16 +172,19 @@ TileState Tile::assemble(std::vector<CellParts>& vecParts) const
     std::byte* pImage = state.data.get();
     std::memcpy(pImage, &tile::Magic, sizeof(tile::Magic));
     std::memcpy(pImage + tile::HeaderOffset, &header, sizeof(header));
-    tbb::parallel_for(size_t{0}, vecParts.size(), [&](size_t uCell) {
-        const CellParts& parts = vecParts[uCell];
-        std::memcpy(pImage + tile::CellHeadersOffset + uCell * sizeof(tile::CellHeader), &parts.header, sizeof(parts.header));
-        std::byte* pPlace = pImage + parts.uOffset;
-        for (const std::span<const std::byte> spanSection : parts.vecSections)
-        {
-            std::memcpy(pPlace, spanSection.data(), spanSection.size());
-            pPlace += spanSection.size();
-        }
-    });
+    tbb::parallel_for(size_t{0}, vecParts.size(),
+                      [&](size_t uCell)
+                      {
+                          const CellParts& parts = vecParts[uCell];
+                          std::memcpy(pImage + tile::CellHeadersOffset + uCell * sizeof(tile::CellHeader),
+                                      &parts.header, sizeof(parts.header));
+                          std::byte* pPlace = pImage + parts.uOffset;
+                          for (const std::span<const std::byte> spanSection : parts.vecSections)
+                          {
+                              std::memcpy(pPlace, spanSection.data(), spanSection.size());
+                              pPlace += spanSection.size();
+                          }
+                      });
     state.hash = xxh3(state.bytes());
     return state;
 }
@@ -190,8 +201,10 @@ TileState Tile::write(uint32_t flags)
     bool bStaleClutter = bGround;
     if (!(flags & tile::WriteFinal) && bGround)
     {
-        bStaleSurface = std::exchange(m_surfaceRevision, m_services.surface.revision()) != m_services.surface.revision();
-        bStaleClutter = std::exchange(m_clutterRevision, m_services.clutter.revision()) != m_services.clutter.revision();
+        bStaleSurface =
+            std::exchange(m_surfaceRevision, m_services.surface.revision()) != m_services.surface.revision();
+        bStaleClutter =
+            std::exchange(m_clutterRevision, m_services.clutter.revision()) != m_services.clutter.revision();
     }
     QM_LOG("Cache Surface: ", bStaleSurface ? "TRUE" : "FALSE");
     QM_LOG("Cache Clutter: ", bStaleClutter ? "TRUE" : "FALSE");

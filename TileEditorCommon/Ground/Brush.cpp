@@ -16,11 +16,18 @@ const GaussBrush s_gauss;
 
 constexpr std::array<const Brush*, BrushCount> s_arrBrushes{&s_linear, &s_smooth, &s_rounded,
                                                             &s_sharp,  &s_solid,  &s_gauss};
-constexpr std::array<const char*, BrushCount> s_arrNames{"Linear", "Smooth", "Rounded", "Sharp", "Solid", "Gauss"};
+constexpr std::array<const char*, BrushCount> s_arrNames{"Linear", "Smooth", "Rounded",
+                                                         "Sharp",  "Solid",  "Gauss"};
 } // namespace
 
-const Brush* brush(size_t uIndex) { return uIndex < BrushCount ? s_arrBrushes[uIndex] : nullptr; }
+const Brush* brush(size_t uIndex)
+{
+    return uIndex < BrushCount ? s_arrBrushes[uIndex] : nullptr;
+}
 
-const char* brushName(size_t uIndex) { return uIndex < BrushCount ? s_arrNames[uIndex] : ""; }
+const char* brushName(size_t uIndex)
+{
+    return uIndex < BrushCount ? s_arrNames[uIndex] : "";
+}
 
 } // namespace tilebuilder

@@ -7,8 +7,8 @@
 namespace tilebuilder
 {
 
-std::array<glm::vec3, BrushOutlinePoints> brushOutline(const EditorTerrainSurface& surface, const glm::vec3& centre,
-                                                       float fRadius)
+std::array<glm::vec3, BrushOutlinePoints> brushOutline(const EditorTerrainSurface& surface,
+                                                       const glm::vec3& centre, float fRadius)
 {
     std::array<glm::vec3, BrushOutlinePoints> arrPoints;
     for (size_t i = 0; i < BrushOutlinePoints; ++i)

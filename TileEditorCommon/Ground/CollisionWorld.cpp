@@ -16,6 +16,9 @@ struct CollisionWorld::Parts
 CollisionWorld::CollisionWorld() : m_pParts(std::make_unique<Parts>()) {}
 CollisionWorld::~CollisionWorld() = default;
 
-btCollisionWorld& CollisionWorld::world() { return m_pParts->world; }
+btCollisionWorld& CollisionWorld::world()
+{
+    return m_pParts->world;
+}
 
 } // namespace tilebuilder

@@ -3,8 +3,8 @@
 #include "TileEditorCommon/Contracts/ChangeMask.h"
 #include "TileEditorCommon/Ground/DisplayColor.h"
 
-#include <btBulletCollisionCommon.h>
 #include <BulletCollision/CollisionShapes/btHeightfieldTerrainShape.h>
+#include <btBulletCollisionCommon.h>
 #include <tbb/blocked_range.h>
 #include <tbb/parallel_for.h>
 
@@ -40,11 +40,15 @@ T bilinear(const T& a, const T& b, const T& c, const T& d, float fX, float fY)
 } // namespace
 
 EditorTerrainSurface::EditorTerrainSurface(EditorSinkI& sink, btCollisionWorld* pCollisionWorld)
-    : m_sink(sink), m_pCollisionWorld(pCollisionWorld)
+    : m_sink(sink),
+      m_pCollisionWorld(pCollisionWorld)
 {
 }
 
-EditorTerrainSurface::~EditorTerrainSurface() { removeCollision(); }
+EditorTerrainSurface::~EditorTerrainSurface()
+{
+    removeCollision();
+}
 
 void EditorTerrainSurface::init(uint32_t texelsX, uint32_t texelsY)
 {
@@ -70,30 +74,32 @@ void EditorTerrainSurface::init(uint32_t texelsX, uint32_t texelsY)
     m_texelFloats1 = {};
     m_vecRowHashes.assign(m_quadsY, 0);
 
-    tbb::parallel_for(tbb::blocked_range<uint32_t>(0, m_verticesY, 16), [&](const auto& range) {
-        for (uint32_t j = range.begin(); j < range.end(); ++j)
-        {
-            Vertex* pVertices = m_vertices.data() + size_t{j} * m_verticesX;
-            for (uint32_t i = 0; i < m_verticesX; ++i)
-                pVertices[i] = {{0.0f, 0.0f, 1.0f}, 0.0f, displayColor(0xFFFFFFFF, i, j)};
-            if (j == m_quadsY)
-                continue;
-            uint32_t* pIndices = m_indices.data() + size_t{j} * m_quadsX * 6;
-            for (uint32_t i = 0; i < m_quadsX; ++i, pIndices += 6)
-            {
-                const uint32_t a = j * m_verticesX + i;
-                const uint32_t b = a + 1;
-                const uint32_t c = a + m_verticesX;
-                const uint32_t d = c + 1;
-                pIndices[0] = c;
-                pIndices[1] = b;
-                pIndices[2] = a;
-                pIndices[3] = c;
-                pIndices[4] = d;
-                pIndices[5] = b;
-            }
-        }
-    });
+    tbb::parallel_for(tbb::blocked_range<uint32_t>(0, m_verticesY, 16),
+                      [&](const auto& range)
+                      {
+                          for (uint32_t j = range.begin(); j < range.end(); ++j)
+                          {
+                              Vertex* pVertices = m_vertices.data() + size_t{j} * m_verticesX;
+                              for (uint32_t i = 0; i < m_verticesX; ++i)
+                                  pVertices[i] = {{0.0f, 0.0f, 1.0f}, 0.0f, displayColor(0xFFFFFFFF, i, j)};
+                              if (j == m_quadsY)
+                                  continue;
+                              uint32_t* pIndices = m_indices.data() + size_t{j} * m_quadsX * 6;
+                              for (uint32_t i = 0; i < m_quadsX; ++i, pIndices += 6)
+                              {
+                                  const uint32_t a = j * m_verticesX + i;
+                                  const uint32_t b = a + 1;
+                                  const uint32_t c = a + m_verticesX;
+                                  const uint32_t d = c + 1;
+                                  pIndices[0] = c;
+                                  pIndices[1] = b;
+                                  pIndices[2] = a;
+                                  pIndices[3] = c;
+                                  pIndices[4] = d;
+                                  pIndices[5] = b;
+                              }
+                          }
+                      });
 
     m_vecCellRevisions.assign(static_cast<size_t>(m_cellsX) * static_cast<size_t>(m_cellsY), 0);
     m_dirtyHeights = {};
@@ -129,7 +135,8 @@ void EditorTerrainSurface::release()
 
 bool EditorTerrainSurface::isInside(float x, float y) const
 {
-    return x >= 0.0f && y >= 0.0f && x * 0.5f < static_cast<float>(m_quadsX) && y * 0.5f < static_cast<float>(m_quadsY);
+    return x >= 0.0f && y >= 0.0f && x * 0.5f < static_cast<float>(m_quadsX) &&
+           y * 0.5f < static_cast<float>(m_quadsY);
 }
 
 float EditorTerrainSurface::getHeight(float x, float y) const
@@ -151,8 +158,8 @@ glm::vec3 EditorTerrainSurface::getNormal(float x, float y) const
     const Sample v = sampleAt(y, m_quadsY);
     const Vertex* pLow = m_vertices.data() + size_t{v.uLow} * m_verticesX;
     const Vertex* pHigh = m_vertices.data() + size_t{v.uHigh} * m_verticesX;
-    return bilinear(pLow[u.uLow].normal, pLow[u.uHigh].normal, pHigh[u.uLow].normal, pHigh[u.uHigh].normal, u.fPart,
-                    v.fPart);
+    return bilinear(pLow[u.uLow].normal, pLow[u.uHigh].normal, pHigh[u.uLow].normal, pHigh[u.uHigh].normal,
+                    u.fPart, v.fPart);
 }
 
 uint32_t EditorTerrainSurface::getColor(float x, float y) const
@@ -161,12 +168,13 @@ uint32_t EditorTerrainSurface::getColor(float x, float y) const
         return 0xFFFFFFFF;
     const Sample u = sampleAt(x, m_quadsX);
     const Sample v = sampleAt(y, m_quadsY);
-    const auto colorAt = [&](uint32_t i, uint32_t j) {
+    const auto colorAt = [&](uint32_t i, uint32_t j)
+    {
         const tile::ColorValue& color = m_colors[size_t{j} * m_verticesX + i];
         return glm::vec4(color.r, color.g, color.b, color.a);
     };
-    const glm::vec4 color = bilinear(colorAt(u.uLow, v.uLow), colorAt(u.uHigh, v.uLow), colorAt(u.uLow, v.uHigh),
-                                     colorAt(u.uHigh, v.uHigh), u.fPart, v.fPart);
+    const glm::vec4 color = bilinear(colorAt(u.uLow, v.uLow), colorAt(u.uHigh, v.uLow),
+                                     colorAt(u.uLow, v.uHigh), colorAt(u.uHigh, v.uHigh), u.fPart, v.fPart);
     const uint32_t uPacked = tile::packColor({color.r, color.g, color.b, color.a});
     return tintColor(uPacked, NoiseImage::factor(v.uLow / 4, u.uLow / 4));
 }
@@ -175,14 +183,16 @@ std::optional<GroundHit> EditorTerrainSurface::castRay(const glm::vec3& from, co
 {
     if (!isInitialised())
         return std::nullopt;
-    return m_ray.cast({m_heights, m_indices, static_cast<int>(m_quadsX), static_cast<int>(m_quadsY)}, from, to);
+    return m_ray.cast({m_heights, m_indices, static_cast<int>(m_quadsX), static_cast<int>(m_quadsY)}, from,
+                      to);
 }
 
 uint64_t EditorTerrainSurface::cellRevision(int iCellX, int iCellY) const
 {
     if (iCellX < 0 || iCellY < 0 || iCellX >= m_cellsX || iCellY >= m_cellsY)
         return 0;
-    return m_vecCellRevisions[static_cast<size_t>(iCellY) * static_cast<size_t>(m_cellsX) + static_cast<size_t>(iCellX)];
+    return m_vecCellRevisions[static_cast<size_t>(iCellY) * static_cast<size_t>(m_cellsX) +
+                              static_cast<size_t>(iCellX)];
 }
 
 tile::SurfaceGridView EditorTerrainSurface::grids() const
@@ -201,7 +211,8 @@ void EditorTerrainSurface::raiseRevision(const GridRect& cells)
     const GridRect inside = cells.clipped({0, 0, m_cellsX, m_cellsY});
     for (int iCellY = inside.y0; iCellY < inside.y1; ++iCellY)
         for (int iCellX = inside.x0; iCellX < inside.x1; ++iCellX)
-            m_vecCellRevisions[static_cast<size_t>(iCellY) * static_cast<size_t>(m_cellsX) + static_cast<size_t>(iCellX)] = m_revision;
+            m_vecCellRevisions[static_cast<size_t>(iCellY) * static_cast<size_t>(m_cellsX) +
+                               static_cast<size_t>(iCellX)] = m_revision;
     m_dirty = true;
     m_sink.markChanged(ChangeSurface);
 }
@@ -215,7 +226,8 @@ void EditorTerrainSurface::markVertices(const GridRect& rect, bool bHeights)
         m_dirtyHeights.unite(rect);
     m_pending.vertices.unite(rect);
     constexpr int iQuads = tile::CellQuads;
-    raiseRevision({(rect.x0 - 1) / iQuads, (rect.y0 - 1) / iQuads, (rect.x1 - 1) / iQuads + 1, (rect.y1 - 1) / iQuads + 1});
+    raiseRevision({(rect.x0 - 1) / iQuads, (rect.y0 - 1) / iQuads, (rect.x1 - 1) / iQuads + 1,
+                   (rect.y1 - 1) / iQuads + 1});
 }
 
 void EditorTerrainSurface::markTexels(const GridRect& rect)
@@ -224,14 +236,15 @@ void EditorTerrainSurface::markTexels(const GridRect& rect)
         return;
     m_pending.texels.unite(rect);
     constexpr int iTexels = tile::CellTexels;
-    raiseRevision({(rect.x0 - 1) / iTexels, (rect.y0 - 1) / iTexels, (rect.x1 - 1) / iTexels + 1, (rect.y1 - 1) / iTexels + 1});
+    raiseRevision({(rect.x0 - 1) / iTexels, (rect.y0 - 1) / iTexels, (rect.x1 - 1) / iTexels + 1,
+                   (rect.y1 - 1) / iTexels + 1});
 }
 
 void EditorTerrainSurface::makeCollision()
 {
     m_heightfieldShape = std::make_unique<btHeightfieldTerrainShape>(
-        static_cast<int>(m_verticesX), static_cast<int>(m_verticesY), m_heights.data(), 1.0f, -1024.0f, 1024.0f, 2,
-        PHY_FLOAT, false);
+        static_cast<int>(m_verticesX), static_cast<int>(m_verticesY), m_heights.data(), 1.0f, -1024.0f,
+        1024.0f, 2, PHY_FLOAT, false);
     m_heightfieldShape->setLocalScaling({2.0f, 2.0f, 1.0f});
     m_collisionObject = std::make_unique<btCollisionObject>();
     m_collisionObject->setCollisionShape(m_heightfieldShape.get());

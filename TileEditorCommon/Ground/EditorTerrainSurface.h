@@ -34,10 +34,10 @@ struct CellSection
 /// What the GPU copy lacks, since clearPending(). Rows are whole rows of the tile.
 struct SurfaceUploads
 {
-    uint64_t uLayout = 0;   ///< goes up when the grids were made anew: everything must be sent
-    GridRect vertices;      ///< vertices whose normal, height or colour changed
-    GridRect quads;         ///< quads whose triangles changed
-    GridRect texels;        ///< ground samples
+    uint64_t uLayout = 0; ///< goes up when the grids were made anew: everything must be sent
+    GridRect vertices;    ///< vertices whose normal, height or colour changed
+    GridRect quads;       ///< quads whose triangles changed
+    GridRect texels;      ///< ground samples
 };
 
 /// The height, colour and ground material grids of a tile of type 0, the triangles and normals
@@ -140,7 +140,10 @@ public:
     [[nodiscard]] std::span<const tile::ColorValue> colors() const { return m_colors; }
     /// XXH3 over the hashes of the rows of the index array, as of the last rebuild.
     [[nodiscard]] uint64_t indexHash() const { return m_indexHash; }
-    [[nodiscard]] const btHeightfieldTerrainShape* heightfieldShape() const { return m_heightfieldShape.get(); }
+    [[nodiscard]] const btHeightfieldTerrainShape* heightfieldShape() const
+    {
+        return m_heightfieldShape.get();
+    }
 
     bool m_lockEdges = true; ///< the rim vertices of the tile can't be painted
 
@@ -149,7 +152,8 @@ private:
     template <class Function>
     void forDabRows(const DabArea& area, const BrushDab& dab, float fSpacing, const Function& fnRow) const;
     [[nodiscard]] GridRect heightArea(const BrushDab& dab) const;
-    void pullHeights(const GridRect& rect, const BrushDab& dab, std::span<const float> spanTargets, float fTarget);
+    void pullHeights(const GridRect& rect, const BrushDab& dab, std::span<const float> spanTargets,
+                     float fTarget);
 
     [[nodiscard]] GridRect allVertices() const;
     [[nodiscard]] float* weights(size_t uTexture);

@@ -24,12 +24,14 @@ struct GridRect
         if (empty())
             *this = other;
         else
-            *this = {std::min(x0, other.x0), std::min(y0, other.y0), std::max(x1, other.x1), std::max(y1, other.y1)};
+            *this = {std::min(x0, other.x0), std::min(y0, other.y0), std::max(x1, other.x1),
+                     std::max(y1, other.y1)};
     }
 
     [[nodiscard]] GridRect clipped(const GridRect& bounds) const
     {
-        return {std::max(x0, bounds.x0), std::max(y0, bounds.y0), std::min(x1, bounds.x1), std::min(y1, bounds.y1)};
+        return {std::max(x0, bounds.x0), std::max(y0, bounds.y0), std::min(x1, bounds.x1),
+                std::min(y1, bounds.y1)};
     }
 
     [[nodiscard]] GridRect grown(int iBy) const { return {x0 - iBy, y0 - iBy, x1 + iBy, y1 + iBy}; }

@@ -24,7 +24,9 @@ class LatticeWalk
 {
 public:
     LatticeWalk(const Ray& ray, double fScale, double fFrom, double fTo, GridRect bounds)
-        : m_bounds(bounds), m_fT(fFrom), m_fEnd(fTo)
+        : m_bounds(bounds),
+          m_fT(fFrom),
+          m_fEnd(fTo)
     {
         start(ray.fX * fScale, ray.fDx * fScale, bounds.x0, bounds.x1, m_iX, m_iStepX, m_fNextX, m_fDeltaX);
         start(ray.fY * fScale, ray.fDy * fScale, bounds.y0, bounds.y1, m_iY, m_iStepY, m_fNextY, m_fDeltaY);
@@ -49,14 +51,16 @@ public:
             m_iY += m_iStepY;
             m_fNextY += m_fDeltaY;
         }
-        return m_fT < m_fEnd && m_iX >= m_bounds.x0 && m_iX < m_bounds.x1 && m_iY >= m_bounds.y0 && m_iY < m_bounds.y1;
+        return m_fT < m_fEnd && m_iX >= m_bounds.x0 && m_iX < m_bounds.x1 && m_iY >= m_bounds.y0 &&
+               m_iY < m_bounds.y1;
     }
 
 private:
     void start(double fOrigin, double fDirection, int iLow, int iHigh, int& iCell, int& iStep, double& fNext,
                double& fDelta) const
     {
-        const double fAt = std::clamp(fOrigin + fDirection * m_fT, static_cast<double>(iLow), static_cast<double>(iHigh));
+        const double fAt =
+            std::clamp(fOrigin + fDirection * m_fT, static_cast<double>(iLow), static_cast<double>(iHigh));
         iCell = std::clamp(static_cast<int>(fAt), iLow, iHigh - 1);
         iStep = fDirection < 0.0 ? -1 : 1;
         fDelta = fDirection != 0.0 ? std::abs(1.0 / fDirection) : s_fInfinity;
@@ -99,7 +103,8 @@ struct Plane
 // Where the ray crosses a plane between two parameters; infinity when it stays on one side.
 double crossing(const Ray& ray, double fColumn, double fRow, const Plane& plane, double fFrom, double fTo)
 {
-    const auto above = [&](double fT) {
+    const auto above = [&](double fT)
+    {
         const double fU = ray.fX + ray.fDx * fT - fColumn;
         const double fV = ray.fY + ray.fDy * fT - fRow;
         return ray.fZ + ray.fDz * fT - (plane.fBase + fU * plane.fSlopeU + fV * plane.fSlopeV);
@@ -129,7 +134,8 @@ double hitQuad(const Ray& ray, const GroundMesh& mesh, int iX, int iY, double fF
         return s_fInfinity;
 
     const double a = fA, b = fB, c = fC, d = fD;
-    const size_t uQuad = static_cast<size_t>(iY) * static_cast<size_t>(mesh.iQuadsX) + static_cast<size_t>(iX);
+    const size_t uQuad =
+        static_cast<size_t>(iY) * static_cast<size_t>(mesh.iQuadsX) + static_cast<size_t>(iX);
     const bool bSplitBC = mesh.spanIndices[uQuad * 6] == uA + uColumns;
     // The side of the diagonal, linear along the ray: positive over the first plane.
     const double fUFrom = ray.fX + ray.fDx * fFrom - iX;
@@ -174,18 +180,21 @@ void GroundRay::updateBounds(const GroundMesh& mesh, const GridRect& vertices)
             float fHigh = std::numeric_limits<float>::lowest();
             for (int j = iBlockY * s_iBlockQuads; j <= iBottom; ++j)
             {
-                const float* pRow = mesh.spanHeights.data() + static_cast<size_t>(j) * static_cast<size_t>(mesh.iQuadsX + 1);
+                const float* pRow =
+                    mesh.spanHeights.data() + static_cast<size_t>(j) * static_cast<size_t>(mesh.iQuadsX + 1);
                 for (int i = iBlockX * s_iBlockQuads; i <= iRight; ++i)
                 {
                     fLow = pRow[i] < fLow ? pRow[i] : fLow;
                     fHigh = pRow[i] > fHigh ? pRow[i] : fHigh;
                 }
             }
-            m_vecBlocks[static_cast<size_t>(iBlockY) * static_cast<size_t>(iBlocksX) + static_cast<size_t>(iBlockX)] = {fLow, fHigh};
+            m_vecBlocks[static_cast<size_t>(iBlockY) * static_cast<size_t>(iBlocksX) +
+                        static_cast<size_t>(iBlockX)] = {fLow, fHigh};
         }
 }
 
-std::optional<GroundHit> GroundRay::cast(const GroundMesh& mesh, const glm::vec3& from, const glm::vec3& to) const
+std::optional<GroundHit> GroundRay::cast(const GroundMesh& mesh, const glm::vec3& from,
+                                         const glm::vec3& to) const
 {
     for (const float fValue : {from.x, from.y, from.z, to.x, to.y, to.z})
         if (!std::isfinite(fValue))
@@ -211,8 +220,8 @@ std::optional<GroundHit> GroundRay::cast(const GroundMesh& mesh, const glm::vec3
     {
         const double fEnter = blocks.enter();
         const double fLeave = blocks.leave();
-        const Range& range =
-            m_vecBlocks[static_cast<size_t>(blocks.y()) * static_cast<size_t>(m_iBlocksX) + static_cast<size_t>(blocks.x())];
+        const Range& range = m_vecBlocks[static_cast<size_t>(blocks.y()) * static_cast<size_t>(m_iBlocksX) +
+                                         static_cast<size_t>(blocks.x())];
         const double fZEnter = ray.fZ + ray.fDz * fEnter;
         const double fZLeave = ray.fZ + ray.fDz * fLeave;
         if (std::min(fZEnter, fZLeave) > static_cast<double>(range.fHigh) ||

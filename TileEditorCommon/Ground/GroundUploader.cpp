@@ -90,9 +90,12 @@ void GroundUploader::sendTexels(const EditorTerrainSurface& surface, const GridR
     const rend::TextureRegion region{rect.x0, rect.y0, rect.width(), rect.height(), 0, 0};
     const size_t uPitch = size_t{surface.texelsX()} * sizeof(uint32_t);
     const size_t uFirst = static_cast<size_t>(rect.y0) * surface.texelsX() + static_cast<size_t>(rect.x0);
-    const size_t uCount = static_cast<size_t>(rect.height() - 1) * surface.texelsX() + static_cast<size_t>(rect.width());
-    m_device.updateTexture(m_texture0, region, uPitch, std::as_bytes(surface.texels0().subspan(uFirst, uCount)));
-    m_device.updateTexture(m_texture1, region, uPitch, std::as_bytes(surface.texels1().subspan(uFirst, uCount)));
+    const size_t uCount =
+        static_cast<size_t>(rect.height() - 1) * surface.texelsX() + static_cast<size_t>(rect.width());
+    m_device.updateTexture(m_texture0, region, uPitch,
+                           std::as_bytes(surface.texels0().subspan(uFirst, uCount)));
+    m_device.updateTexture(m_texture1, region, uPitch,
+                           std::as_bytes(surface.texels1().subspan(uFirst, uCount)));
 }
 
 void GroundUploader::upload(EditorTerrainSurface& surface, rend::TerrainSurfaceBindings& bindings)
@@ -110,17 +113,21 @@ void GroundUploader::upload(EditorTerrainSurface& surface, rend::TerrainSurfaceB
     }
     if (!uploads.vertices.empty())
     {
-        const auto spanRows = surface.vertices().subspan(static_cast<size_t>(uploads.vertices.y0) * surface.verticesX(),
-                                                         static_cast<size_t>(uploads.vertices.height()) * surface.verticesX());
+        const auto spanRows =
+            surface.vertices().subspan(static_cast<size_t>(uploads.vertices.y0) * surface.verticesX(),
+                                       static_cast<size_t>(uploads.vertices.height()) * surface.verticesX());
         m_device.updateBuffer(m_vertexBuffer,
-                              static_cast<size_t>(uploads.vertices.y0) * surface.verticesX() * sizeof(EditorTerrainSurface::Vertex),
+                              static_cast<size_t>(uploads.vertices.y0) * surface.verticesX() *
+                                  sizeof(EditorTerrainSurface::Vertex),
                               std::as_bytes(spanRows));
     }
     if (!uploads.quads.empty())
     {
-        const auto spanRows = surface.indices().subspan(static_cast<size_t>(uploads.quads.y0) * surface.quadsX() * 6,
-                                                        static_cast<size_t>(uploads.quads.height()) * surface.quadsX() * 6);
-        m_device.updateBuffer(m_indexBuffer, static_cast<size_t>(uploads.quads.y0) * surface.quadsX() * s_uQuadBytes,
+        const auto spanRows =
+            surface.indices().subspan(static_cast<size_t>(uploads.quads.y0) * surface.quadsX() * 6,
+                                      static_cast<size_t>(uploads.quads.height()) * surface.quadsX() * 6);
+        m_device.updateBuffer(m_indexBuffer,
+                              static_cast<size_t>(uploads.quads.y0) * surface.quadsX() * s_uQuadBytes,
                               std::as_bytes(spanRows));
     }
     if (!uploads.texels.empty())

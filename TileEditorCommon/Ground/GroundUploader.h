@@ -15,8 +15,10 @@ class GroundUploader
 {
 public:
     /// The materials, if any, are published with the ground and outlive the uploader.
-    explicit GroundUploader(rend::GraphicsDeviceI& device, const TerrainGroundMaterialSet* pMaterials = nullptr)
-        : m_device(device), m_pMaterials(pMaterials)
+    explicit GroundUploader(rend::GraphicsDeviceI& device,
+                            const TerrainGroundMaterialSet* pMaterials = nullptr)
+        : m_device(device),
+          m_pMaterials(pMaterials)
     {
     }
     ~GroundUploader() { destroy(); }

@@ -31,7 +31,10 @@ Pair load(const double* pFrom)
     return pair;
 }
 
-void store(double* pTo, Pair pair) { std::memcpy(pTo, &pair, sizeof(pair)); }
+void store(double* pTo, Pair pair)
+{
+    std::memcpy(pTo, &pair, sizeof(pair));
+}
 
 // Adds to s_iBlock sums the kernel times values that move on by iStep for each of its terms.
 void convolve(const double* pKernel, int iTerms, const double* pValues, ptrdiff_t iStep, double* pSums)
@@ -54,7 +57,10 @@ void convolve(const double* pKernel, int iTerms, const double* pValues, ptrdiff_
     store(pSums + 6, d);
 }
 
-int roundUp(int iValue, int iTo) { return (iValue + iTo - 1) / iTo * iTo; }
+int roundUp(int iValue, int iTo)
+{
+    return (iValue + iTo - 1) / iTo * iTo;
+}
 
 } // namespace
 
@@ -69,8 +75,10 @@ float weightedAverage(const HeightGrid& grid, int i, int j, float fRadius)
         {
             const double fWeight = (gauss(u - i, fSigma) + gauss(v - j, fSigma)) * 0.5;
             fWeights += fWeight;
-            fSum += fWeight * static_cast<double>(grid.spanHeights[static_cast<size_t>(v) * static_cast<size_t>(grid.iColumns) +
-                                                                   static_cast<size_t>(u)]);
+            fSum +=
+                fWeight * static_cast<double>(
+                              grid.spanHeights[static_cast<size_t>(v) * static_cast<size_t>(grid.iColumns) +
+                                               static_cast<size_t>(u)]);
         }
     return static_cast<float>(fSum / fWeights);
 }
@@ -79,7 +87,8 @@ void HeightAverager::prepare(const HeightGrid& grid, const GridRect& rect, float
 {
     m_rect = rect;
     // A window wider than the grid is clipped to it anyway.
-    m_iReach = static_cast<int>(std::min(fRadius + 1.0f, static_cast<float>(std::max(grid.iColumns, grid.iRows))));
+    m_iReach =
+        static_cast<int>(std::min(fRadius + 1.0f, static_cast<float>(std::max(grid.iColumns, grid.iRows))));
     m_iStride = roundUp(rect.width(), s_iBlock);
 
     const float fSigma = fRadius / 3.0f;
@@ -106,8 +115,10 @@ void HeightAverager::prepare(const HeightGrid& grid, const GridRect& rect, float
 void HeightAverager::sumRows(const HeightGrid& grid, int iRow)
 {
     const int iFirstRow = std::max(m_rect.y0 - m_iReach, 0);
-    const float* pHeights = grid.spanHeights.data() + static_cast<size_t>(iRow) * static_cast<size_t>(grid.iColumns);
-    double* pSums = m_vecRowSums.data() + static_cast<size_t>(iRow - iFirstRow) * static_cast<size_t>(m_iStride);
+    const float* pHeights =
+        grid.spanHeights.data() + static_cast<size_t>(iRow) * static_cast<size_t>(grid.iColumns);
+    double* pSums =
+        m_vecRowSums.data() + static_cast<size_t>(iRow - iFirstRow) * static_cast<size_t>(m_iStride);
     double fSum = 0.0;
     for (int u = std::max(m_rect.x0 - m_iReach, 0); u < std::min(m_rect.x0 + m_iReach, grid.iColumns); ++u)
         fSum += static_cast<double>(pHeights[u]);
@@ -143,7 +154,8 @@ void HeightAverager::averageRows(const HeightGrid& grid, int iFirst, int iLast)
     const int iFrom = std::max(iOrigin, 0);
     const int iTo = std::min(iOrigin + iPadded, grid.iColumns);
 
-    const auto addRow = [&](int iRow, double fSign) {
+    const auto addRow = [&](int iRow, double fSign)
+    {
         const float* pHeights = grid.spanHeights.data() + static_cast<size_t>(iRow) * uColumns;
         for (int u = iFrom; u < iTo; ++u)
             pColumnSums[u - iOrigin] += fSign * static_cast<double>(pHeights[u]);
@@ -178,7 +190,8 @@ void HeightAverager::averageRows(const HeightGrid& grid, int iFirst, int iLast)
         const int iTop = std::max(j - iReach, 0);
         const int iBottom = std::min(j + iReach, grid.iRows);
         const double* pKernel = m_vecKernel.data() + (iTop - (j - iReach));
-        const double* pRowSums = m_vecRowSums.data() + static_cast<size_t>(iTop - iFirstRow) * static_cast<size_t>(m_iStride);
+        const double* pRowSums =
+            m_vecRowSums.data() + static_cast<size_t>(iTop - iFirstRow) * static_cast<size_t>(m_iStride);
         std::fill_n(pAlongY, m_iStride, 0.0);
         for (int i = 0; i < iWidth; i += s_iBlock)
         {
@@ -220,10 +233,12 @@ std::span<const float> HeightAverager::run(const HeightGrid& grid, const GridRec
         averageRows(grid, rect.y0, rect.y1);
         return m_vecResults;
     }
-    tbb::parallel_for(tbb::blocked_range<int>(iTop, iBottom, 16), [&](const auto& range) {
-        for (int v = range.begin(); v < range.end(); ++v)
-            sumRows(grid, v);
-    });
+    tbb::parallel_for(tbb::blocked_range<int>(iTop, iBottom, 16),
+                      [&](const auto& range)
+                      {
+                          for (int v = range.begin(); v < range.end(); ++v)
+                              sumRows(grid, v);
+                      });
     // Every task starts with the column sums of its first row, so tasks stay thick.
     const int iGrain = std::max(16, rect.height() / 16);
     tbb::parallel_for(tbb::blocked_range<int>(rect.y0, rect.y1, static_cast<size_t>(iGrain)),

@@ -41,11 +41,11 @@ private:
     void averageRows(const HeightGrid& grid, int iFirst, int iLast);
 
     GridRect m_rect;
-    int m_iReach = 0;                   ///< k
-    int m_iStride = 0;                  ///< doubles of a padded row
-    std::vector<double> m_vecKernel;    ///< 2k Gaussian values, from -k to k - 1
-    std::vector<double> m_vecPrefix;    ///< of the kernel, 2k + 1
-    std::vector<double> m_vecRowSums;   ///< R: box sums along X, for each row that a window reaches
+    int m_iReach = 0;                 ///< k
+    int m_iStride = 0;                ///< doubles of a padded row
+    std::vector<double> m_vecKernel;  ///< 2k Gaussian values, from -k to k - 1
+    std::vector<double> m_vecPrefix;  ///< of the kernel, 2k + 1
+    std::vector<double> m_vecRowSums; ///< R: box sums along X, for each row that a window reaches
     std::vector<float> m_vecResults;
 };
 

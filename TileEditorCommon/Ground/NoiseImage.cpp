@@ -25,9 +25,9 @@ struct Wave
 
 // Whole numbers of periods across the image make it tile; unrelated directions hide the rows.
 constexpr Wave s_arrWaves[] = {
-    {1, 2, 1.0, 0.3},   {2, -1, 0.9, 1.9},  {3, 2, 0.7, 4.1},   {-2, 3, 0.7, 5.3}, {4, -3, 0.5, 2.2},
-    {1, 5, 0.45, 0.9},  {5, 1, 0.45, 3.7},  {-4, 5, 0.35, 1.1}, {6, 3, 0.3, 5.9},  {3, -6, 0.3, 2.8},
-    {7, -2, 0.22, 4.6}, {2, 7, 0.22, 0.1},  {-6, 6, 0.18, 3.3},
+    {1, 2, 1.0, 0.3},   {2, -1, 0.9, 1.9}, {3, 2, 0.7, 4.1},   {-2, 3, 0.7, 5.3}, {4, -3, 0.5, 2.2},
+    {1, 5, 0.45, 0.9},  {5, 1, 0.45, 3.7}, {-4, 5, 0.35, 1.1}, {6, 3, 0.3, 5.9},  {3, -6, 0.3, 2.8},
+    {7, -2, 0.22, 4.6}, {2, 7, 0.22, 0.1}, {-6, 6, 0.18, 3.3},
 };
 
 double waveSum(size_t uRow, size_t uColumn)
@@ -35,8 +35,10 @@ double waveSum(size_t uRow, size_t uColumn)
     constexpr double fTurn = 2.0 * std::numbers::pi / static_cast<double>(NoiseImage::s_uSide);
     double fSum = 0.0;
     for (const Wave& wave : s_arrWaves)
-        fSum += wave.fAmplitude * std::sin(fTurn * (wave.iX * static_cast<double>(uColumn) +
-                                                    wave.iY * static_cast<double>(uRow)) + wave.fPhase);
+        fSum +=
+            wave.fAmplitude *
+            std::sin(fTurn * (wave.iX * static_cast<double>(uColumn) + wave.iY * static_cast<double>(uRow)) +
+                     wave.fPhase);
     return fSum;
 }
 
@@ -50,9 +52,8 @@ std::array<uint8_t, s_uCount> makeValues()
     const double fSpan = *pHigh - fLow;
 
     // A power curve keeps both ends and moves the mean; bisection finds the power.
-    const auto valueOf = [&](double fSum, double fPower) {
-        return s_fLowest + (s_fHighest - s_fLowest) * std::pow((fSum - fLow) / fSpan, fPower);
-    };
+    const auto valueOf = [&](double fSum, double fPower)
+    { return s_fLowest + (s_fHighest - s_fLowest) * std::pow((fSum - fLow) / fSpan, fPower); };
     double fFrom = 0.2;
     double fTo = 5.0;
     for (int i = 0; i < 40; ++i)
@@ -79,7 +80,8 @@ const std::array<uint8_t, s_uCount>& NoiseImage::values()
 
 const std::array<float, s_uCount>& NoiseImage::factors()
 {
-    static const auto s_arrFactors = [] {
+    static const auto s_arrFactors = []
+    {
         std::array<float, s_uCount> arrFactors;
         for (size_t i = 0; i < s_uCount; ++i)
             arrFactors[i] = 1.0f - (0.5f - static_cast<float>(values()[i]) * 0.0019607844f);

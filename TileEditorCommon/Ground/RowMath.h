@@ -22,7 +22,8 @@ inline void rowDistances(std::span<float> spanOut, float fFirst, float fStep, fl
     {
         const __m128 vecIndex = _mm_add_ps(_mm_set1_ps(static_cast<float>(i)), vecLanes);
         const __m128 vecX = _mm_add_ps(_mm_set1_ps(fFirst), _mm_mul_ps(vecIndex, _mm_set1_ps(fStep)));
-        _mm_storeu_ps(spanOut.data() + i, _mm_sqrt_ps(_mm_add_ps(_mm_mul_ps(vecX, vecX), _mm_set1_ps(fAcross2))));
+        _mm_storeu_ps(spanOut.data() + i,
+                      _mm_sqrt_ps(_mm_add_ps(_mm_mul_ps(vecX, vecX), _mm_set1_ps(fAcross2))));
     }
 #endif
     for (; i < spanOut.size(); ++i)

@@ -16,13 +16,17 @@ constexpr int s_iVertices = tile::CellQuads + 1;
 constexpr int s_iTexels = tile::CellTexels + 1;
 
 // Nothing in the editor can stand a height that isn't a number.
-float usableHeight(float fHeight) { return std::abs(fHeight) <= FLT_MAX ? fHeight : 0.0f; }
+float usableHeight(float fHeight)
+{
+    return std::abs(fHeight) <= FLT_MAX ? fHeight : 0.0f;
+}
 
 } // namespace
 
 void EditorTerrainSurface::writeCell(ByteStream& stream, int iCellX, int iCellY, int iMip) const
 {
-    if (iMip < 0 || iMip >= tile::MipCount || iCellX < 0 || iCellY < 0 || iCellX >= m_cellsX || iCellY >= m_cellsY)
+    if (iMip < 0 || iMip >= tile::MipCount || iCellX < 0 || iCellY < 0 || iCellX >= m_cellsX ||
+        iCellY >= m_cellsY)
         return;
     const uint32_t uSize = tile::surfaceSectionSize(iMip);
     std::byte* pOut = stream.extend(uSize);
@@ -30,15 +34,18 @@ void EditorTerrainSurface::writeCell(ByteStream& stream, int iCellX, int iCellY,
 }
 
 // Takes the part of a section that lies in the two rectangles, in samples of the tile.
-void EditorTerrainSurface::unpackCell(const CellSection& cell, const GridRect& vertices, const GridRect& texels)
+void EditorTerrainSurface::unpackCell(const CellSection& cell, const GridRect& vertices,
+                                      const GridRect& texels)
 {
     const std::byte* pBytes = cell.spanBytes.data();
     for (int j = vertices.y0; j < vertices.y1; ++j)
     {
-        const int iInCell = (j - cell.iCellY * tile::CellQuads) * s_iVertices + vertices.x0 - cell.iCellX * tile::CellQuads;
+        const int iInCell =
+            (j - cell.iCellY * tile::CellQuads) * s_iVertices + vertices.x0 - cell.iCellX * tile::CellQuads;
         const std::byte* pRecord = pBytes + static_cast<size_t>(iInCell) * sizeof(tile::VertexRecord);
         const size_t uRow = static_cast<size_t>(j) * m_verticesX;
-        const float* pFactors = NoiseImage::factors().data() + (static_cast<size_t>(j) / 2 % NoiseImage::s_uSide) * NoiseImage::s_uSide;
+        const float* pFactors = NoiseImage::factors().data() +
+                                (static_cast<size_t>(j) / 2 % NoiseImage::s_uSide) * NoiseImage::s_uSide;
         for (int i = vertices.x0; i < vertices.x1; ++i, pRecord += sizeof(tile::VertexRecord))
         {
             tile::VertexRecord record;
@@ -47,14 +54,16 @@ void EditorTerrainSurface::unpackCell(const CellSection& cell, const GridRect& v
             const float fHeight = usableHeight(record.height);
             m_heights[uPlace] = fHeight;
             m_vertices[uPlace].height = fHeight;
-            m_vertices[uPlace].color = displayColor(record.color, pFactors[static_cast<size_t>(i) / 2 % NoiseImage::s_uSide]);
+            m_vertices[uPlace].color =
+                displayColor(record.color, pFactors[static_cast<size_t>(i) / 2 % NoiseImage::s_uSide]);
             m_colors[uPlace] = tile::unpackColor(record.color);
         }
     }
     pBytes += static_cast<size_t>(s_iVertices * s_iVertices) * sizeof(tile::VertexRecord);
     for (int j = texels.y0; j < texels.y1; ++j)
     {
-        const int iInCell = (j - cell.iCellY * tile::CellTexels) * s_iTexels + texels.x0 - cell.iCellX * tile::CellTexels;
+        const int iInCell =
+            (j - cell.iCellY * tile::CellTexels) * s_iTexels + texels.x0 - cell.iCellX * tile::CellTexels;
         const std::byte* pRecord = pBytes + static_cast<size_t>(iInCell) * sizeof(tile::GroundRecord);
         const size_t uFirst = static_cast<size_t>(j) * m_texelsX + static_cast<size_t>(texels.x0);
         tile::splitGroundRecords(pRecord, static_cast<size_t>(texels.width()), m_texels0.data() + uFirst,
@@ -101,15 +110,19 @@ bool EditorTerrainSurface::readCells(std::span<const CellSection> spanCells)
 
     // The cell to the right and the one below are read later, so the far edges are theirs: each
     // cell writes samples of its own and the cells can be read in any order.
-    tbb::parallel_for(size_t{0}, spanCells.size(), [&](size_t uCell) {
-        const CellSection& cell = spanCells[uCell];
-        const int iRightEdge = cell.iCellX == m_cellsX - 1 ? 1 : 0;
-        const int iFarEdge = cell.iCellY == m_cellsY - 1 ? 1 : 0;
-        const int iX = cell.iCellX * tile::CellQuads;
-        const int iY = cell.iCellY * tile::CellQuads;
-        unpackCell(cell, {iX, iY, iX + tile::CellQuads + iRightEdge, iY + tile::CellQuads + iFarEdge},
-                   {iX * 2, iY * 2, iX * 2 + tile::CellTexels + iRightEdge, iY * 2 + tile::CellTexels + iFarEdge});
-    });
+    tbb::parallel_for(
+        size_t{0}, spanCells.size(),
+        [&](size_t uCell)
+        {
+            const CellSection& cell = spanCells[uCell];
+            const int iRightEdge = cell.iCellX == m_cellsX - 1 ? 1 : 0;
+            const int iFarEdge = cell.iCellY == m_cellsY - 1 ? 1 : 0;
+            const int iX = cell.iCellX * tile::CellQuads;
+            const int iY = cell.iCellY * tile::CellQuads;
+            unpackCell(cell, {iX, iY, iX + tile::CellQuads + iRightEdge, iY + tile::CellQuads + iFarEdge},
+                       {iX * 2, iY * 2, iX * 2 + tile::CellTexels + iRightEdge,
+                        iY * 2 + tile::CellTexels + iFarEdge});
+        });
 
     GridRect vertices;
     for (const CellSection& cell : spanCells)
@@ -123,7 +136,8 @@ bool EditorTerrainSurface::readCells(std::span<const CellSection> spanCells)
     m_dirtyHeights.unite(vertices);
     raiseRevision({});
     for (const CellSection& cell : spanCells)
-        m_vecCellRevisions[static_cast<size_t>(cell.iCellY) * static_cast<size_t>(m_cellsX) + static_cast<size_t>(cell.iCellX)] = m_revision;
+        m_vecCellRevisions[static_cast<size_t>(cell.iCellY) * static_cast<size_t>(m_cellsX) +
+                           static_cast<size_t>(cell.iCellX)] = m_revision;
     return true;
 }
 

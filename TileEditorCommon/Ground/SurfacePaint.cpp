@@ -23,15 +23,19 @@ namespace
 // Above this many samples a dab is spread over the cores.
 constexpr int s_iSerialSamples = 16'384;
 
-int gridFloor(float fValue) { return static_cast<int>(std::floor(std::clamp(fValue, -1.0e9f, 1.0e9f))); }
+int gridFloor(float fValue)
+{
+    return static_cast<int>(std::floor(std::clamp(fValue, -1.0e9f, 1.0e9f)));
+}
 
 // The bounding rectangle of a dab, with a sample of slack, in samples of the given spacing.
 GridRect dabRect(const BrushDab& dab, float fSpacing, const GridRect& bounds)
 {
     if (!dab.pBrush || !(dab.radius > 0.0f) || !std::isfinite(dab.x) || !std::isfinite(dab.y))
         return {};
-    const GridRect rect{gridFloor((dab.x - dab.radius) / fSpacing), gridFloor((dab.y - dab.radius) / fSpacing),
-                        gridFloor((dab.x + dab.radius) / fSpacing) + 2, gridFloor((dab.y + dab.radius) / fSpacing) + 2};
+    const GridRect rect{
+        gridFloor((dab.x - dab.radius) / fSpacing), gridFloor((dab.y - dab.radius) / fSpacing),
+        gridFloor((dab.x + dab.radius) / fSpacing) + 2, gridFloor((dab.y + dab.radius) / fSpacing) + 2};
     return rect.clipped(bounds);
 }
 
@@ -43,7 +47,8 @@ void EditorTerrainSurface::forDabRows(const DabArea& area, const BrushDab& dab, 
                                       const Function& fnRow) const
 {
     const GridRect& rect = area.rect;
-    const auto rows = [&](int iFirst, int iLast) {
+    const auto rows = [&](int iFirst, int iLast)
+    {
         thread_local std::vector<float> s_vecRow;
         s_vecRow.resize(static_cast<size_t>(rect.width()));
         for (int j = iFirst; j < iLast; ++j)
@@ -93,37 +98,44 @@ void EditorTerrainSurface::raise(const BrushDab& dab, float fSign)
     const DabArea area{heightArea(dab)};
     if (area.rect.empty())
         return;
-    forDabRows(area, dab, 2.0f, [&](int iRow, int iFirst, std::span<const float> spanWeights) {
-        const size_t uPlace = static_cast<size_t>(iRow) * m_verticesX + static_cast<size_t>(iFirst);
-        float* pHeights = m_heights.data() + uPlace;
-        for (size_t i = 0; i < spanWeights.size(); ++i)
-            pHeights[i] = std::max(pHeights[i] + spanWeights[i] * fSign, s_fLowest);
-        Vertex* pVertices = m_vertices.data() + uPlace;
-        for (size_t i = 0; i < spanWeights.size(); ++i)
-            pVertices[i].height = pHeights[i];
-    });
+    forDabRows(area, dab, 2.0f,
+               [&](int iRow, int iFirst, std::span<const float> spanWeights)
+               {
+                   const size_t uPlace =
+                       static_cast<size_t>(iRow) * m_verticesX + static_cast<size_t>(iFirst);
+                   float* pHeights = m_heights.data() + uPlace;
+                   for (size_t i = 0; i < spanWeights.size(); ++i)
+                       pHeights[i] = std::max(pHeights[i] + spanWeights[i] * fSign, s_fLowest);
+                   Vertex* pVertices = m_vertices.data() + uPlace;
+                   for (size_t i = 0; i < spanWeights.size(); ++i)
+                       pVertices[i].height = pHeights[i];
+               });
     markVertices(area.rect, true);
 }
 
 // Targets either a grid of the rectangle's size or, when that is empty, one value for all.
-void EditorTerrainSurface::pullHeights(const GridRect& rect, const BrushDab& dab, std::span<const float> spanTargets,
-                                       float fTarget)
+void EditorTerrainSurface::pullHeights(const GridRect& rect, const BrushDab& dab,
+                                       std::span<const float> spanTargets, float fTarget)
 {
-    forDabRows({rect}, dab, 2.0f, [&](int iRow, int iFirst, std::span<const float> spanWeights) {
-        const size_t uPlace = static_cast<size_t>(iRow) * m_verticesX + static_cast<size_t>(iFirst);
-        float* pHeights = m_heights.data() + uPlace;
-        Vertex* pVertices = m_vertices.data() + uPlace;
-        const float* pTargets = spanTargets.empty() ? nullptr
-                                                    : spanTargets.data() +
-                                                          static_cast<size_t>(iRow - rect.y0) * static_cast<size_t>(rect.width()) +
-                                                          static_cast<size_t>(iFirst - rect.x0);
-        for (size_t i = 0; i < spanWeights.size(); ++i)
-        {
-            const float fPull = pTargets ? pTargets[i] : fTarget;
-            pHeights[i] = (1.0f - spanWeights[i]) * pHeights[i] + spanWeights[i] * fPull;
-            pVertices[i].height = pHeights[i];
-        }
-    });
+    forDabRows({rect}, dab, 2.0f,
+               [&](int iRow, int iFirst, std::span<const float> spanWeights)
+               {
+                   const size_t uPlace =
+                       static_cast<size_t>(iRow) * m_verticesX + static_cast<size_t>(iFirst);
+                   float* pHeights = m_heights.data() + uPlace;
+                   Vertex* pVertices = m_vertices.data() + uPlace;
+                   const float* pTargets = spanTargets.empty() ? nullptr
+                                                               : spanTargets.data() +
+                                                                     static_cast<size_t>(iRow - rect.y0) *
+                                                                         static_cast<size_t>(rect.width()) +
+                                                                     static_cast<size_t>(iFirst - rect.x0);
+                   for (size_t i = 0; i < spanWeights.size(); ++i)
+                   {
+                       const float fPull = pTargets ? pTargets[i] : fTarget;
+                       pHeights[i] = (1.0f - spanWeights[i]) * pHeights[i] + spanWeights[i] * fPull;
+                       pVertices[i].height = pHeights[i];
+                   }
+               });
     markVertices(rect, true);
 }
 
@@ -133,11 +145,13 @@ void EditorTerrainSurface::flatten(const BrushDab& dab)
     if (rect.empty())
         return;
     const HeightGrid grid{m_heights, static_cast<int>(m_verticesX), static_cast<int>(m_verticesY)};
-    const auto centre = [](float fWorld, uint32_t uVertices) {
+    const auto centre = [](float fWorld, uint32_t uVertices)
+    {
         return std::clamp(static_cast<int>(std::clamp((fWorld + 1.0f) / 2.0f, -1.0e9f, 1.0e9f)), 0,
                           static_cast<int>(uVertices) - 1);
     };
-    pullHeights(rect, dab, {}, weightedAverage(grid, centre(dab.x, m_verticesX), centre(dab.y, m_verticesY), 0.5f));
+    pullHeights(rect, dab, {},
+                weightedAverage(grid, centre(dab.x, m_verticesX), centre(dab.y, m_verticesY), 0.5f));
 }
 
 void EditorTerrainSurface::smooth(const BrushDab& dab)
@@ -158,13 +172,15 @@ void EditorTerrainSurface::makeWeights()
         return;
     m_texelFloats0.resize(m_texels0.size());
     m_texelFloats1.resize(m_texels1.size());
-    tbb::parallel_for(tbb::blocked_range<size_t>(0, m_texels0.size(), 16'384), [&](const auto& range) {
-        for (size_t i = range.begin(); i < range.end(); ++i)
-        {
-            tile::unpackBytes(m_texels0[i], &m_texelFloats0[i].x);
-            tile::unpackBytes(m_texels1[i], &m_texelFloats1[i].x);
-        }
-    });
+    tbb::parallel_for(tbb::blocked_range<size_t>(0, m_texels0.size(), 16'384),
+                      [&](const auto& range)
+                      {
+                          for (size_t i = range.begin(); i < range.end(); ++i)
+                          {
+                              tile::unpackBytes(m_texels0[i], &m_texelFloats0[i].x);
+                              tile::unpackBytes(m_texels1[i], &m_texelFloats1[i].x);
+                          }
+                      });
 }
 
 void EditorTerrainSurface::paintMaterial(int32_t index, bool erase, const BrushDab& dab)
@@ -177,16 +193,19 @@ void EditorTerrainSurface::paintMaterial(int32_t index, bool erase, const BrushD
     uint32_t* pTexels = index < 4 ? m_texels0.data() : m_texels1.data();
     const int iChannel = index & 3;
     const int iShift = iChannel * 8;
-    forDabRows(area, dab, 1.0f, [&](int iRow, int iFirst, std::span<const float> spanWeights) {
-        const size_t uPlace = static_cast<size_t>(iRow) * m_texelsX + static_cast<size_t>(iFirst);
-        for (size_t i = 0; i < spanWeights.size(); ++i)
-        {
-            float& fValue = pFloats[uPlace + i][iChannel];
-            fValue = erase ? std::max(fValue - spanWeights[i], 0.0f) : std::min(fValue + spanWeights[i], 1.0f);
-            const auto uByte = static_cast<uint32_t>(std::lround(fValue * 255.0f));
-            pTexels[uPlace + i] = (pTexels[uPlace + i] & ~(255u << iShift)) | uByte << iShift;
-        }
-    });
+    forDabRows(area, dab, 1.0f,
+               [&](int iRow, int iFirst, std::span<const float> spanWeights)
+               {
+                   const size_t uPlace = static_cast<size_t>(iRow) * m_texelsX + static_cast<size_t>(iFirst);
+                   for (size_t i = 0; i < spanWeights.size(); ++i)
+                   {
+                       float& fValue = pFloats[uPlace + i][iChannel];
+                       fValue = erase ? std::max(fValue - spanWeights[i], 0.0f)
+                                      : std::min(fValue + spanWeights[i], 1.0f);
+                       const auto uByte = static_cast<uint32_t>(std::lround(fValue * 255.0f));
+                       pTexels[uPlace + i] = (pTexels[uPlace + i] & ~(255u << iShift)) | uByte << iShift;
+                   }
+               });
     markTexels(area.rect);
 }
 
@@ -196,20 +215,24 @@ void EditorTerrainSurface::paintColor(const glm::vec4& color, const BrushDab& da
     if (area.rect.empty())
         return;
     const tile::ColorValue target = tile::unpackColor(tile::packColor({color.r, color.g, color.b, color.a}));
-    forDabRows(area, dab, 2.0f, [&](int iRow, int iFirst, std::span<const float> spanWeights) {
-        const size_t uPlace = static_cast<size_t>(iRow) * m_verticesX + static_cast<size_t>(iFirst);
-        for (size_t i = 0; i < spanWeights.size(); ++i)
-        {
-            const float w = spanWeights[i];
-            tile::ColorValue& value = m_colors[uPlace + i];
-            value.r = w * target.r + (1.0f - w) * value.r;
-            value.g = w * target.g + (1.0f - w) * value.g;
-            value.b = w * target.b + (1.0f - w) * value.b;
-            value.a = w * target.a + (1.0f - w) * value.a;
-            m_vertices[uPlace + i].color = displayColor(tile::packColor(value), static_cast<uint32_t>(iFirst) + static_cast<uint32_t>(i),
-                                                        static_cast<uint32_t>(iRow));
-        }
-    });
+    forDabRows(area, dab, 2.0f,
+               [&](int iRow, int iFirst, std::span<const float> spanWeights)
+               {
+                   const size_t uPlace =
+                       static_cast<size_t>(iRow) * m_verticesX + static_cast<size_t>(iFirst);
+                   for (size_t i = 0; i < spanWeights.size(); ++i)
+                   {
+                       const float w = spanWeights[i];
+                       tile::ColorValue& value = m_colors[uPlace + i];
+                       value.r = w * target.r + (1.0f - w) * value.r;
+                       value.g = w * target.g + (1.0f - w) * value.g;
+                       value.b = w * target.b + (1.0f - w) * value.b;
+                       value.a = w * target.a + (1.0f - w) * value.a;
+                       m_vertices[uPlace + i].color = displayColor(
+                           tile::packColor(value), static_cast<uint32_t>(iFirst) + static_cast<uint32_t>(i),
+                           static_cast<uint32_t>(iRow));
+                   }
+               });
     markVertices(area.rect, false);
 }
 

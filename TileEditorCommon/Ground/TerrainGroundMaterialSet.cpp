@@ -60,7 +60,8 @@ bool checkSize(std::string_view sPath, int iWidth, int iHeight)
     }
     if (iWidth > s_iMaxSide || iHeight > s_iMaxSide)
     {
-        QM_LOG_ERROR(sPath, " is to big at ", iWidth, "x", iHeight, ". 8192x8192 is the maximum size possible.");
+        QM_LOG_ERROR(sPath, " is to big at ", iWidth, "x", iHeight,
+                     ". 8192x8192 is the maximum size possible.");
         return false;
     }
     return true;
@@ -76,7 +77,8 @@ bool checkPaths(std::string_view sPath, const GroundMaterialSetDesc& desc)
                                                               : nullptr;
         if (!pMissing)
             continue;
-        QM_LOG_ERROR("Failed to load. Ground Material Set (", sPath, ") ", pMissing, " path ", i, " is not valid");
+        QM_LOG_ERROR("Failed to load. Ground Material Set (", sPath, ") ", pMissing, " path ", i,
+                     " is not valid");
         return false;
     }
     return true;
@@ -89,7 +91,8 @@ std::optional<GroundMaterialSetDesc> readGroundMaterialSet(const Json::Value& ro
     const Json::Value& set = jsonMember(root, "groundMaterials");
     if (!set.isObject())
     {
-        QM_LOG_ERROR("Failed to load Ground Material Set (", sPath, ")  json 'groundMaterials' was not valid");
+        QM_LOG_ERROR("Failed to load Ground Material Set (", sPath,
+                     ")  json 'groundMaterials' was not valid");
         return std::nullopt;
     }
     GroundMaterialSetDesc desc;
@@ -122,7 +125,8 @@ std::optional<GroundMaterialSetDesc> readGroundMaterialSet(const Json::Value& ro
         desc.arrDiffuse[i] = jsonText(entry, "diffuse");
         desc.arrAsgMap[i] = jsonText(entry, "asgMap");
         desc.arrNormalMap[i] = jsonText(entry, "normalMap");
-        for (const std::string& sText : {desc.arrNames[i], desc.arrDiffuse[i], desc.arrAsgMap[i], desc.arrNormalMap[i]})
+        for (const std::string& sText :
+             {desc.arrNames[i], desc.arrDiffuse[i], desc.arrAsgMap[i], desc.arrNormalMap[i]})
             hash.add(sText);
     }
     if (!checkPaths(sPath, desc))
@@ -131,7 +135,10 @@ std::optional<GroundMaterialSetDesc> readGroundMaterialSet(const Json::Value& ro
     return desc;
 }
 
-TerrainGroundMaterialSet::~TerrainGroundMaterialSet() { destroyTextures(); }
+TerrainGroundMaterialSet::~TerrainGroundMaterialSet()
+{
+    destroyTextures();
+}
 
 void TerrainGroundMaterialSet::destroyTextures()
 {
@@ -164,9 +171,9 @@ bool TerrainGroundMaterialSet::load(const std::string& path)
     rend::TextureHandle normal;
     if (m_pTextures)
     {
-        const auto create = [&](std::string_view sName, std::span<const std::string> spanPaths, Layout eLayout) {
-            return m_pTextures->createTextureArray(sName, spanPaths, desc->iWidth, desc->iHeight, eLayout);
-        };
+        const auto create =
+            [&](std::string_view sName, std::span<const std::string> spanPaths, Layout eLayout)
+        { return m_pTextures->createTextureArray(sName, spanPaths, desc->iWidth, desc->iHeight, eLayout); };
         diffuse = create("Ground Diffuse", desc->arrDiffuse, Layout::Bc3);
         asg = create("Ground Asg", desc->arrAsgMap, Layout::Bc3);
         normal = create("Ground Normal", desc->arrNormalMap, Layout::Bc5);

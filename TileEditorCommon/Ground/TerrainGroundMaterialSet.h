@@ -23,9 +23,9 @@ public:
     virtual ~GroundTextureSourceI() = default;
 
     /// A layer for each path, all of the given size. Null on failure, which it has reported.
-    virtual rend::TextureHandle createTextureArray(std::string_view sName, std::span<const std::string> spanPaths,
-                                                   int iWidth, int iHeight,
-                                                   resource::TextureResourceLayout eLayout) = 0;
+    virtual rend::TextureHandle createTextureArray(std::string_view sName,
+                                                   std::span<const std::string> spanPaths, int iWidth,
+                                                   int iHeight, resource::TextureResourceLayout eLayout) = 0;
     virtual void destroyTexture(rend::TextureHandle texture) = 0;
 };
 
@@ -49,7 +49,8 @@ struct GroundMaterialSetDesc
 class TerrainGroundMaterialSet
 {
 public:
-    static constexpr const char* s_pStandardPath = "$GAME_DATA/Terrain/Materials/gnd_standard_materialset.json";
+    static constexpr const char* s_pStandardPath =
+        "$GAME_DATA/Terrain/Materials/gnd_standard_materialset.json";
 
     /// The source may be null, for a run without pictures; else it must outlive the set.
     explicit TerrainGroundMaterialSet(GroundTextureSourceI* pTextures) : m_pTextures(pTextures) {}
@@ -62,7 +63,10 @@ public:
 
     /// 0 until a set is loaded.
     [[nodiscard]] uint64_t hash() const { return m_desc.uHash; }
-    [[nodiscard]] const std::array<std::string, GroundMaterialCount>& names() const { return m_desc.arrNames; }
+    [[nodiscard]] const std::array<std::string, GroundMaterialCount>& names() const
+    {
+        return m_desc.arrNames;
+    }
     [[nodiscard]] const std::string& path() const { return m_path; }
     [[nodiscard]] rend::TextureHandle diffuseArray() const { return m_diffuseArray; }
     [[nodiscard]] rend::TextureHandle asgArray() const { return m_asgArray; }

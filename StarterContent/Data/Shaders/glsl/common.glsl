@@ -32,20 +32,26 @@ vec3 skyLight(vec3 direction)
 // Light from all around that falls on a surface: the sky from above, its echo from below.
 vec3 ambientLight(vec3 normal)
 {
-    vec3 sky = mix(skyHorizon.rgb, skyZenith.rgb, 0.55);
-    vec3 bounce = skyNadir.rgb * vec3(0.62, 0.58, 0.5);
+    vec3 sky = mix(skyHorizon.rgb, skyZenith.rgb, 0.35) * vec3(1.12, 1.0, 0.86);
+    vec3 bounce = dot(skyNadir.rgb, vec3(0.33)) * vec3(0.78, 0.66, 0.5);
     return mix(bounce, sky, normal.z * 0.5 + 0.5);
 }
 
-// A colour seen through the air between the eye and a point.
-vec3 throughAir(vec3 colour, vec3 point)
+// The air between the eye and a point: its colour, and in the last part how much is seen through it.
+vec4 airBefore(vec3 point)
 {
     if (eye.w > 0.5)
-        return colour;
+        return vec4(0.0, 0.0, 0.0, 1.0);
     vec3 way = point - eye.xyz;
     float distanceTo = length(way);
     float clear = exp2(-max(distanceTo - fog.y, 0.0) * fog.x);
-    return mix(skyLight(vec3(way.xy, way.z * 0.35) / max(distanceTo, 0.001)), colour, max(clear, 1.0 - fog.z));
+    return vec4(skyLight(vec3(way.xy, way.z * 0.35) / max(distanceTo, 0.001)), max(clear, 1.0 - fog.z));
+}
+
+vec3 throughAir(vec3 colour, vec3 point)
+{
+    vec4 air = airBefore(point);
+    return mix(air.rgb, colour, air.a);
 }
 
 // A filmic curve with a soft toe and a long shoulder, applied to each channel; then display values.

@@ -6,7 +6,7 @@
 //   asg      R ambient occlusion, G gloss, B height once more
 //   normal   R, G: slope along +X and +Y around 0.5; the third part follows from them
 // The ninth material has no weight of its own: it shows where the eight leave room.
-// With SOFTWARE defined a CPU draws: at most three materials a pixel and one normal map.
+// With SOFTWARE defined a CPU draws: at most two materials a pixel and one normal map.
 // With HEIGHTS defined the vertices can be read as a whole: hills cast shadows and hollows are dim.
 #include "common.glsl"
 
@@ -24,9 +24,11 @@ layout(location = 2) in vec4 inColour; // the word's bytes from the lowest: A, B
 #ifdef GBUFFER
 out vec3 worldPosition;
 out vec3 worldNormal;
-out vec3 tint;
-out float macroTone;
+out vec3 tint;     // with large patches, some warmer and lighter, some cooler and darker
 out vec2 openness; // part of the sun, part of the sky that is seen
+#ifdef SOFTWARE
+out vec4 air; // the colour of the air before the point, and how much of it is seen
+#endif
 
 #ifdef HEIGHTS
 layout(std430, binding = 0) readonly buffer Vertices
@@ -104,14 +106,18 @@ void main()
     worldNormal = inNormal;
     // The stored colour is darkened by noise to three quarters on average; the light makes up for it.
     vec3 stored = inColour.abg * 1.333;
-    tint = stored * stored;
-    macroTone = noise(position.xy * 0.021) * 0.6 + noise(position.xy * 0.083 + 5.2) * 0.4;
+    float patches = noise(position.xy * 0.021) * 0.6 + noise(position.xy * 0.083 + 5.2) * 0.4;
+    tint = stored * stored * mix(vec3(0.8, 0.86, 0.9), vec3(1.2, 1.13, 1.02), patches);
     openness = vec2(1.0);
 #ifdef HEIGHTS
 #ifdef SOFTWARE
     if (verticesPerRow <= 257u) // on larger tiles the walks would cost more than the rest
 #endif
         openness = opennessAt(position);
+#endif
+    openness.x *= smoothstep(-0.05, 0.25, dot(inNormal, sunDirection.xyz));
+#ifdef SOFTWARE
+    air = airBefore(position);
 #endif
 #endif
 }
@@ -128,34 +134,59 @@ layout(binding = 4) uniform sampler2D weights1;
 in vec3 worldPosition;
 in vec3 worldNormal;
 in vec3 tint;
-in float macroTone;
 in vec2 openness;
+#ifdef SOFTWARE
+in vec4 air;
+#endif
 layout(location = 0) out vec4 result;
 
 const float repeatMetres = 3.5;
 const float blendDepth = 0.22; // how far below the highest material another still shows, as height
+const mat2 wideTurn = mat2(0.8, 0.6, -0.6, 0.8);
 
-vec3 normalFrom(vec2 stored)
+// The four strongest of the nine materials, in order, and their weights.
+struct Mixture
 {
-    vec2 slope = stored * 2.0 - 1.0;
-    return vec3(slope, sqrt(max(1.0 - dot(slope, slope), 0.05)));
+    vec4 material;
+    vec4 weight;
+};
+
+float takeLargest(inout vec4 low, inout vec4 high, inout float last)
+{
+    vec4 pairs = max(low, high);
+    float key = max(max(max(pairs.x, pairs.y), max(pairs.z, pairs.w)), last);
+    low = mix(low, vec4(0.0), equal(low, vec4(key)));
+    high = mix(high, vec4(0.0), equal(high, vec4(key)));
+    last = last == key ? 0.0 : last;
+    return key;
 }
 
-void materialWeights(out float weights[9])
+// By keys of weight (in 255ths) and material, 16 to a step: no two are equal.
+Mixture mixtureHere()
 {
     vec2 place = (worldPosition.xy + 0.5) / vec2(textureSize(weights0, 0));
-    vec4 low = texture(weights0, place);
-    vec4 high = texture(weights1, place);
-    weights[0] = low.r;
-    weights[1] = low.g;
-    weights[2] = low.b;
-    weights[3] = low.a;
-    weights[4] = high.r;
-    weights[5] = high.g;
-    weights[6] = high.b;
-    weights[7] = high.a;
-    vec4 sum = low + high;
-    weights[8] = max(1.0 - sum.r - sum.g - sum.b - sum.a, 0.0);
+    vec4 low = floor(texture(weights0, place) * 255.0 + 0.5);
+    vec4 high = floor(texture(weights1, place) * 255.0 + 0.5);
+    vec4 sums = low + high;
+    float last = max(255.0 - sums.x - sums.y - sums.z - sums.w, 0.0) * 16.0 + 8.0;
+    low = low * 16.0 + vec4(0.0, 1.0, 2.0, 3.0);
+    high = high * 16.0 + vec4(4.0, 5.0, 6.0, 7.0);
+    vec4 keys;
+    keys.x = takeLargest(low, high, last);
+    keys.y = takeLargest(low, high, last);
+    keys.z = takeLargest(low, high, last);
+    keys.w = takeLargest(low, high, last);
+    vec4 steps = floor(keys * (1.0 / 16.0));
+    return Mixture(keys - steps * 16.0, steps * (1.0 / 255.0));
+}
+
+// The higher one hides the lower; faint ones fade out, whatever their height.
+vec4 heightBlend(vec4 weight, vec4 height)
+{
+    vec4 level = weight + height * 0.5;
+    float top = max(max(level.x, level.y), max(level.z, level.w)) - blendDepth;
+    vec4 blend = max(level - top, 0.0) * min(weight * 10.0, 1.0);
+    return blend / max(blend.x + blend.y + blend.z + blend.w, 0.0001);
 }
 
 struct Ground
@@ -166,124 +197,75 @@ struct Ground
     float gloss;
 };
 
+// The side of steep ground that the maps lie against, and how its slope turns a normal.
+bool leansAlongX() { return abs(worldNormal.x) > abs(worldNormal.y); }
+vec2 sidePlace(vec3 place) { return leansAlongX() ? place.yz : place.xz; }
+vec3 sideSlope(vec2 slope) { return vec3(leansAlongX() ? vec2(0.0, slope.x) : vec2(slope.x, 0.0), slope.y); }
+
 #ifdef SOFTWARE
 
-Ground groundAt(vec2 place)
+// Every sample counts and branches save none: five in all. So the second, larger scale isn't blended
+// with the first but takes over square by square of 2 x 2 pixels.
+Ground groundAt(vec2 place, Mixture mixture)
 {
-    float weights[9];
-    materialWeights(weights);
-    // A turned, larger scale takes over with distance.
-    vec2 wide = mat2(0.8, 0.6, -0.6, 0.8) * place * 0.29;
-    float wideShare = eye.w > 0.5 ? 1.0 : smoothstep(25.0, 60.0, length(worldPosition - eye.xyz));
-    vec2 chosen = wideShare > 0.5 ? wide : place;
-    // The three strongest, in order.
-    vec3 strongest = vec3(weights[8], -1.0, -1.0);
-    ivec3 material = ivec3(8, 0, 0);
-    for (int m = 0; m < 8; ++m)
-    {
-        float weight = weights[m];
-        if (weight > strongest.x)
-        {
-            strongest = vec3(weight, strongest.xy);
-            material = ivec3(m, material.xy);
-        }
-        else if (weight > strongest.y)
-        {
-            strongest = vec3(strongest.x, weight, strongest.y);
-            material = ivec3(material.x, m, material.y);
-        }
-        else if (weight > strongest.z)
-        {
-            strongest.z = weight;
-            material.z = m;
-        }
-    }
+    vec3 way = worldPosition - eye.xyz;
+    float chance = fract(52.9829189 * fract(dot(floor(gl_FragCoord.xy * 0.5), vec2(0.0671106, 0.0583715))));
+    bool far = eye.w > 0.5 || dot(way, way) > mix(900.0, 3600.0, chance);
+    vec2 chosen = far ? wideTurn * place * 0.31 : place;
 
-    vec4 first = texture(diffuseArray, vec3(place, material.x));
-    if (wideShare > 0.0)
-        first = mix(first, texture(diffuseArray, vec3(wide, material.x)), wideShare);
-    vec3 sum = first.rgb;
-    if (strongest.y > 0.02)
-    {
-        vec4 second = texture(diffuseArray, vec3(chosen, material.y));
-        float firstHeight = strongest.x + first.a * 0.5;
-        float secondHeight = strongest.y + second.a * 0.5;
-        float thirdHeight = -1.0;
-        vec3 third = vec3(0.0);
-        if (strongest.z > 0.05)
-        {
-            vec4 texel = texture(diffuseArray, vec3(chosen, material.z));
-            third = texel.rgb;
-            thirdHeight = strongest.z + texel.a * 0.5;
-        }
-        float top = max(max(firstHeight, secondHeight), thirdHeight) - blendDepth;
-        vec3 blend = max(vec3(firstHeight, secondHeight, thirdHeight) - top, 0.0);
-        sum = (first.rgb * blend.x + second.rgb * blend.y + third * blend.z) / (blend.x + blend.y + blend.z);
-    }
-
-    Ground ground;
-    ground.colour = sum * sum;
-    ground.slope = texture(normalArray, vec3(chosen, material.x)).rg * 2.0 - 1.0;
-    ground.occlusion = 1.0;
-    ground.gloss = 0.0;
-    return ground;
+    vec4 first = texture(diffuseArray, vec3(chosen, mixture.material.x));
+    vec4 second = texture(diffuseArray, vec3(chosen, mixture.material.y));
+    vec4 blend = heightBlend(vec4(mixture.weight.xy, 0.0, 0.0), vec4(first.a, second.a, 0.0, 0.0));
+    vec3 sum = first.rgb * blend.x + second.rgb * blend.y;
+    vec2 slope = texture(normalArray, vec3(chosen, mixture.material.x)).rg * 2.0 - 1.0;
+    return Ground(sum * sum, slope, 1.0, 0.0);
 }
 
 #else
 
-Ground groundAt(vec2 place)
+struct Footprint // of a pixel on the maps
 {
-    float weights[9];
-    materialWeights(weights);
-    float distanceTo = length(worldPosition - eye.xyz);
-    // A turned, larger scale takes over with distance and shimmers through nearby.
-    vec2 wide = mat2(0.8, 0.6, -0.6, 0.8) * place * 0.217;
-    float wideShare = eye.w > 0.5 ? 0.5 : 0.18 + 0.5 * smoothstep(15.0, 90.0, distanceTo);
-    vec2 placeX = dFdx(place);
-    vec2 placeY = dFdy(place);
-    vec2 wideX = dFdx(wide);
-    vec2 wideY = dFdy(wide);
+    vec2 x;
+    vec2 y;
+};
 
-    vec4 diffuse[9];
-    float top = 0.0;
-    for (int m = 0; m < 9; ++m)
-    {
-        if (weights[m] < 0.004)
-            continue;
-        diffuse[m] = mix(textureGrad(diffuseArray, vec3(place, m), placeX, placeY),
-                         textureGrad(diffuseArray, vec3(wide, m), wideX, wideY), wideShare);
-        top = max(top, weights[m] + diffuse[m].a * 0.5);
-    }
-    top -= blendDepth;
-
-    Ground ground = Ground(vec3(0.0), vec2(0.0), 0.0, 0.0);
-    float sum = 0.0;
-    for (int m = 0; m < 9; ++m)
-    {
-        if (weights[m] < 0.004)
-            continue;
-        // Faint weights fade out, whatever their height.
-        float blend = max(weights[m] + diffuse[m].a * 0.5 - top, 0.0) * min(weights[m] * 8.0, 1.0);
-        if (blend <= 0.0)
-            continue;
-        vec3 asg = textureGrad(asgArray, vec3(place, m), placeX, placeY).rgb;
-        vec2 near = textureGrad(normalArray, vec3(place, m), placeX, placeY).rg;
-        vec2 far = textureGrad(normalArray, vec3(wide, m), wideX, wideY).rg;
-        ground.colour += diffuse[m].rgb * diffuse[m].rgb * blend;
-        ground.slope += ((near * 2.0 - 1.0) + (far * 2.0 - 1.0) * 0.7) * blend;
-        ground.occlusion += asg.r * blend;
-        ground.gloss += asg.g * blend;
-        sum += blend;
-    }
-    sum = max(sum, 0.0001);
-    ground.colour /= sum;
-    ground.slope /= sum;
-    ground.occlusion /= sum;
-    ground.gloss /= sum;
-    return ground;
+vec4 diffuseAt(vec2 place, Footprint size, float material, float wideShare)
+{
+    vec4 near = textureGrad(diffuseArray, vec3(place, material), size.x, size.y);
+    vec4 wide = textureGrad(diffuseArray, vec3(wideTurn * place * 0.217, material), wideTurn * size.x * 0.217,
+                            wideTurn * size.y * 0.217);
+    return mix(near, wide, wideShare);
 }
 
-#endif
+void addGround(inout Ground sum, vec2 place, Footprint size, float material, vec3 colour, float share)
+{
+    if (share <= 0.0)
+        return;
+    vec3 asg = textureGrad(asgArray, vec3(place, material), size.x, size.y).rgb;
+    vec2 slope = textureGrad(normalArray, vec3(place, material), size.x, size.y).rg * 2.0 - 1.0;
+    sum.colour += colour * colour * share;
+    sum.slope += slope * share;
+    sum.occlusion += asg.r * share;
+    sum.gloss += asg.g * share;
+}
+
+// A turned, larger scale shimmers through nearby and takes over with distance.
+Ground groundAt(vec2 place, Footprint size, Mixture mixture)
+{
+    float distanceTo = length(worldPosition - eye.xyz);
+    float wideShare = eye.w > 0.5 ? 0.5 : 0.18 + 0.5 * smoothstep(15.0, 90.0, distanceTo);
+    vec4 first = diffuseAt(place, size, mixture.material.x, wideShare);
+    vec4 second = diffuseAt(place, size, mixture.material.y, wideShare);
+    vec4 third = diffuseAt(place, size, mixture.material.z, wideShare);
+    vec4 fourth = diffuseAt(place, size, mixture.material.w, wideShare);
+    vec4 blend = heightBlend(mixture.weight, vec4(first.a, second.a, third.a, fourth.a));
+    Ground sum = Ground(vec3(0.0), vec2(0.0), 0.0, 0.0);
+    addGround(sum, place, size, mixture.material.x, first.rgb, blend.x);
+    addGround(sum, place, size, mixture.material.y, second.rgb, blend.y);
+    addGround(sum, place, size, mixture.material.z, third.rgb, blend.z);
+    addGround(sum, place, size, mixture.material.w, fourth.rgb, blend.w);
+    return sum;
+}
 
 Ground mixed(Ground a, Ground b, float share)
 {
@@ -291,54 +273,56 @@ Ground mixed(Ground a, Ground b, float share)
                   mix(a.gloss, b.gloss, share));
 }
 
+#endif
+
 void main()
 {
-    vec3 smoothNormal = normalize(worldNormal);
+    vec3 smoothNormal = worldNormal; // near enough to unit length
     vec3 place = worldPosition / repeatMetres;
+    Mixture mixture = mixtureHere();
     // Where the ground is steep the maps lie against its side instead of hanging down it.
-    vec2 lean = abs(smoothNormal.xy);
-    bool alongY = lean.x > lean.y;
-    vec2 sidePlace = alongY ? place.yz : place.xz;
 #ifdef SOFTWARE
-    bool flatEnough = smoothNormal.z + 0.06 * macroTone > 0.69;
-    Ground ground = groundAt(flatEnough ? place.xy : sidePlace);
-    vec3 sideSlope = vec3(alongY ? vec2(0.0, ground.slope.x) : vec2(ground.slope.x, 0.0), ground.slope.y);
-    vec3 normal = smoothNormal + (flatEnough ? vec3(ground.slope * smoothNormal.z, 0.0) : sideSlope);
+    bool flatEnough = smoothNormal.z > 0.66;
+    Ground ground = groundAt(flatEnough ? place.xy : sidePlace(place), mixture);
+    vec3 normal = smoothNormal + (flatEnough ? vec3(ground.slope * smoothNormal.z, 0.0) : sideSlope(ground.slope));
 #else
+    Footprint flatSize = Footprint(dFdx(place.xy), dFdy(place.xy));
+    vec3 placeX = dFdx(place);
+    vec3 placeY = dFdy(place);
+    Footprint sideSize = Footprint(sidePlace(placeX), sidePlace(placeY));
     float flatShare = smoothstep(0.60, 0.74, smoothNormal.z);
     Ground ground = Ground(vec3(0.0), vec2(0.0), 1.0, 0.0);
     vec3 normal = smoothNormal;
     if (flatShare > 0.0)
     {
-        ground = groundAt(place.xy);
+        ground = groundAt(place.xy, flatSize, mixture);
         normal += vec3(ground.slope * smoothNormal.z, 0.0);
     }
     if (flatShare < 1.0)
     {
-        Ground side = groundAt(sidePlace);
-        vec3 sideSlope = vec3(alongY ? vec2(0.0, side.slope.x) : vec2(side.slope.x, 0.0), side.slope.y);
-        normal = mix(smoothNormal + sideSlope, normal, flatShare);
+        Ground side = groundAt(sidePlace(place), sideSize, mixture);
+        normal = mix(smoothNormal + sideSlope(side.slope), normal, flatShare);
         ground = mixed(side, ground, flatShare);
     }
 #endif
     normal = normalize(normal);
 
-    // Large patches, some warmer and lighter, some cooler and darker.
-    vec3 albedo = ground.colour * tint * mix(vec3(0.8, 0.86, 0.9), vec3(1.2, 1.13, 1.02), macroTone);
-
-    float sun = max(dot(normal, sunDirection.xyz), 0.0);
-    sun *= smoothstep(-0.05, 0.25, dot(smoothNormal, sunDirection.xyz)) * openness.x;
+    vec3 albedo = ground.colour * tint;
+    float sun = max(dot(normal, sunDirection.xyz), 0.0) * openness.x;
     vec3 light = sunColour.rgb * sun + ambientLight(normal) * (ground.occlusion * openness.y);
     vec3 colour = albedo * light;
-#ifndef SOFTWARE
+#ifdef SOFTWARE
+    colour = mix(air.rgb, colour, air.a);
+#else
     vec3 toEye = eye.w > 0.5 ? -viewAxis.xyz : normalize(eye.xyz - worldPosition);
     float shine = max(dot(normal, normalize(toEye + sunDirection.xyz)), 0.0);
     float sharpness = exp2(2.0 + ground.gloss * 6.0);
-    colour += sunColour.rgb * sun * ground.gloss * pow(shine, sharpness) * (sharpness + 8.0) * 0.004;
+    colour += sunColour.rgb * sun * ground.gloss * pow(max(shine, 0.0001), sharpness) * (sharpness + 8.0) * 0.004;
     float edge = 1.0 - max(dot(normal, toEye), 0.0);
     colour += skyHorizon.rgb * ground.gloss * edge * edge * edge * edge * 0.2 * ground.occlusion * openness.y;
+    colour = throughAir(colour, worldPosition);
 #endif
-    result = vec4(toDisplay(throughAir(colour, worldPosition)), 1.0);
+    result = vec4(toDisplay(colour), 1.0);
 }
 #else
 void main() {}
