@@ -85,6 +85,7 @@ Renderer::Renderer(GraphicsDeviceI& device, resource::ResourceManager& resources
     : m_device(device),
       m_resources(resources),
       m_shade(device),
+      m_mesh(device),
       m_schedule(device.isSoftware())
 {
     m_frameBuffer = m_device.createBuffer({"CB_FRAME", sizeof(FrameData), 0, BufferKind::Constant, true}, {});
@@ -271,7 +272,7 @@ bool Renderer::hasGround() const
 void Renderer::drawScene(const SceneView& view)
 {
     m_device.setUniformBuffer(s_uFrameSlot, m_frameBuffer);
-    drawGround();
+    drawGround(view);
     drawRim();
     drawQuads(view);
     if (view.uQuads != 0)
@@ -283,7 +284,7 @@ void Renderer::drawScene(const SceneView& view)
     m_device.draw(3, 0);
 }
 
-void Renderer::drawGround()
+void Renderer::drawGround(const SceneView& view)
 {
     if (!m_groundPipeline || !hasGround())
         return;
@@ -299,8 +300,13 @@ void Renderer::drawGround()
     m_device.setTexture(s_uShadeSlot, m_shade.texture(), SamplerMode::PointClamp);
     m_device.setUniformBuffer(s_uSurfaceSlot, ground.surfaceInfo);
     m_device.setVertexBuffer(0, ground.vertexBuffer);
-    m_device.setIndexBuffer(ground.indexBuffer, ground.indexWidth);
-    m_device.drawIndexed(ground.indexCount, 0);
+    if (view.bOrthographic) // a picture: as fine as it gets
+    {
+        m_device.setIndexBuffer(ground.indexBuffer, ground.indexWidth);
+        m_device.drawIndexed(ground.indexCount, 0);
+        return;
+    }
+    m_mesh.draw(ground, view.projection * view.view, glm::vec3(glm::inverse(view.view)[3]));
 }
 
 void Renderer::drawRim()

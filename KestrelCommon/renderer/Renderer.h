@@ -2,6 +2,7 @@
 
 #include "KestrelCommon/Device/GraphicsDeviceI.h"
 #include "KestrelCommon/renderer/DebugDrawer.h"
+#include "KestrelCommon/renderer/GroundMesh.h"
 #include "KestrelCommon/renderer/GroundShade.h"
 #include "KestrelCommon/renderer/SceneSchedule.h"
 #include "KestrelCommon/renderer/TerrainSurfaceBindings.h"
@@ -61,7 +62,7 @@ private:
     [[nodiscard]] SceneState stateOf(int iWidth, int iHeight, const SceneView& view) const;
     [[nodiscard]] bool hasGround() const;
     void drawScene(const SceneView& view);
-    void drawGround();
+    void drawGround(const SceneView& view);
     void drawSurroundings();
     void drawRim();
     void drawQuads(const SceneView& view);
@@ -86,6 +87,7 @@ private:
     PipelineHandle m_lineThroughPipeline; ///< shows through everything
     BufferHandle m_frameBuffer;
     GroundShade m_shade;
+    GroundMesh m_mesh;
     SceneSchedule m_schedule;
     TargetHandle m_sceneTarget; ///< the window's scene, without lines
     SceneSchedule::Size m_sceneSize{0, 0};

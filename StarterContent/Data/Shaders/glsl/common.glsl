@@ -43,7 +43,7 @@ vec3 ambientLight(vec3 normal)
 // The light of the air towards a direction: as the sky, but it stays bright below the horizon.
 vec3 airLight(vec3 direction)
 {
-    return skyLight(direction.z < 0.0 ? vec3(direction.xy, direction.z * 0.2) : direction);
+    return skyLight(direction.z < 0.0 ? vec3(direction.xy, direction.z * 0.1) : direction);
 }
 
 // The air between the eye and a point: its colour, and in the last part how much is seen through it.

@@ -146,15 +146,18 @@ Ground groundAt(vec2 place, Mixture mixture)
 {
     float chance = fract(52.9829189 * fract(dot(floor(gl_FragCoord.xy * 0.5), vec2(0.0671106, 0.0583715))));
     float far = shade.w * mix(0.7, 1.3, shade.z);
-    vec2 chosen = far > mix(26.0, 60.0, chance) ? wideTurn * place * 0.31 : place;
-    chosen = far > mix(75.0, 190.0, chance) ? wideTurn * wideTurn * place * 0.13 : chosen;
-    float mip = chance - 0.6;
+    bool wide = far > mix(26.0, 60.0, chance);
+    bool widest = far > mix(75.0, 190.0, chance);
+    vec2 chosen = widest ? wideTurn * wideTurn * place * 0.13 : (wide ? wideTurn * place * 0.31 : place);
+    // Of the narrow side of a pixel's footprint, which keeps slanted ground crisp, and somewhat above it.
+    vec2 across = fwidth(chosen) * float(textureSize(diffuseArray, 0).x);
+    float mip = log2(min(across.x, across.y) + 0.25 * max(across.x, across.y)) + chance - 0.5;
 
-    vec4 first = texture(diffuseArray, vec3(chosen, mixture.material.x), mip);
-    vec4 second = texture(diffuseArray, vec3(chosen, mixture.material.y), mip);
+    vec4 first = textureLod(diffuseArray, vec3(chosen, mixture.material.x), mip);
+    vec4 second = textureLod(diffuseArray, vec3(chosen, mixture.material.y), mip);
     vec4 blend = heightBlend(vec4(mixture.weight.xy, 0.0, 0.0), vec4(first.a, second.a, 0.0, 0.0));
     vec3 sum = first.rgb * blend.x + second.rgb * blend.y;
-    vec2 slope = texture(normalArray, vec3(chosen, mixture.material.x), mip).rg * 2.0 - 1.0;
+    vec2 slope = textureLod(normalArray, vec3(chosen, mixture.material.x), mip).rg * 2.0 - 1.0;
     return Ground(sum * sum, slope, 1.0, 0.0);
 }
 

@@ -43,7 +43,7 @@ void main()
 {
     float along = worldPosition.x + worldPosition.y;
     float layer = sin(below * 2.3 + sin(along * 0.21) * 0.8) * 0.5 + sin(below * 6.1 + sin(along * 0.47) * 1.1) * 0.3;
-    vec3 earth = mix(vec3(0.105, 0.088, 0.062), vec3(0.135, 0.118, 0.092), layer * 0.5 + 0.5);
+    vec3 earth = mix(vec3(0.165, 0.130, 0.088), vec3(0.215, 0.178, 0.128), layer * 0.5 + 0.5);
     earth *= mix(0.62, 1.0, smoothstep(0.0, 0.7, below));
     vec3 light = sunColour.rgb * max(dot(side, sunDirection.xyz), 0.0) + ambientLight(side);
     result = vec4(toDisplay(throughAir(earth * light, worldPosition)), 1.0);
