@@ -102,7 +102,7 @@ GlDevice::~GlDevice()
 
 void GlDevice::createSamplers()
 {
-    if (!m_bSoftware &&
+    if (m_bAnisotropy &&
         (epoxy_gl_version() >= 46 || epoxy_has_gl_extension("GL_EXT_texture_filter_anisotropic")))
         glGetFloatv(GL_MAX_TEXTURE_MAX_ANISOTROPY_EXT, &m_fMaxAnisotropy);
 

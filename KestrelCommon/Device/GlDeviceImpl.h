@@ -122,7 +122,7 @@ private:
     GlProgramCache m_programCache;
     std::string m_sDriver; ///< vendor, renderer and version: a part of program keys
     bool m_bSoftware = false;
-    bool m_bAnisotropy = false;
+    bool m_bAnisotropy = false; ///< not where a CPU draws, forced path or not
     bool m_bClipControl = false;
     bool m_bStorageBuffers = false;
     float m_fMaxAnisotropy = 1.0f;

@@ -14,7 +14,7 @@ namespace rend
 struct RenderSettings
 {
     glm::vec3 sunDirection{0.55f, 0.42f, 0.52f}; ///< towards the sun; any length but 0
-    glm::vec3 sunColour{2.75f, 2.35f, 1.82f};
+    glm::vec3 sunColour{2.62f, 2.36f, 1.97f};
     glm::vec3 skyZenith{0.10f, 0.30f, 0.86f};
     glm::vec3 skyHorizon{0.60f, 0.80f, 1.06f};
     glm::vec3 skyNadir{0.22f, 0.30f, 0.40f};       ///< below the horizon

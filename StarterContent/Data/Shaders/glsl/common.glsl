@@ -1,5 +1,5 @@
 // What all passes of a view share: the frame's values, the sky, fog and tone mapping.
-// Colours are linear until toDisplay(); textures hold display values, linear = value * value.
+// Colours are linear until toDisplay().
 
 layout(std140, binding = 1) uniform Frame
 {

@@ -2,7 +2,7 @@
 //
 // Passes: GBUFFER draws it lit; DEPTH writes depth alone.
 // Material maps, one layer a material:
-//   diffuse  RGB colour, A height (0 low to 1 high; 1 everywhere means: blend by weight alone)
+//   diffuse  RGB colour, with SOFTWARE as display values; A height (0 low to 1 high; 1 everywhere means: blend by weight alone)
 //   asg      R ambient occlusion, G gloss, B height once more
 //   normal   R, G: slope along +X and +Y around 0.5; the third part follows from them
 // The ninth material has no weight of its own: it shows where the eight leave room.
@@ -47,7 +47,7 @@ void main()
     vec4 found = texelFetch(shadeMap, ivec2(int(column), int(row)), 0);
     // The stored colour is darkened by noise to three quarters on average; the light makes up for it.
     vec3 stored = inColour.abg * 1.333;
-    tint = stored * stored * mix(vec3(0.72, 0.79, 0.82), vec3(1.28, 1.18, 1.06), found.b) *
+    tint = stored * stored * mix(vec3(0.76, 0.82, 0.82), vec3(1.21, 1.17, 1.08), found.b) *
            mix(0.88, 1.12, found.a);
     found.r *= smoothstep(-0.05, 0.25, dot(inNormal, sunDirection.xyz));
     shade = vec4(found.rg, found.a, eye.w > 0.5 ? 1000.0 : distance(position, eye.xyz));
