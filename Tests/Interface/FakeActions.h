@@ -15,6 +15,7 @@ struct FakeActions : tilebuilder::EditorActionsI
     std::string sDirectory;
     std::vector<std::string> vecStack;
     std::vector<tilebuilder::TileFile> vecFiles;
+    tilebuilder::HistoryStatus status;
     std::string sCalls; ///< one word a call, in order
 
     FakeActions() { state.pBrush = brush(1); }
@@ -46,6 +47,11 @@ struct FakeActions : tilebuilder::EditorActionsI
     [[nodiscard]] std::string documentDirectory() const override { return sDirectory; }
     [[nodiscard]] Uuid documentUuid() const override { return {}; }
     [[nodiscard]] bool isUnsaved() const override { return bUnsaved; }
+    [[nodiscard]] tilebuilder::HistoryStatus history() const override { return status; }
+    void undo() override { note("undo"); }
+    void redo() override { note("redo"); }
+    void restoreFromDisk() override { note("restore"); }
+    void resetUndoHistory() override { note("reset"); }
     [[nodiscard]] std::vector<std::string> pathStack() const override { return vecStack; }
     void save() override { note("save"); }
     void saveAs(const std::string& sNew, const std::string& sFolder) override

@@ -18,14 +18,23 @@ constexpr glm::vec4 s_halfColour(1.0f, 0.816f, 0.267f, 0.45f);
 } // namespace
 
 GroundView::GroundView(rend::Renderer& renderer, resource::ResourceManager& resources)
-    : m_renderer(renderer), m_resources(resources), m_materialSet(this), m_uploader(renderer.device(), &m_materialSet)
+    : m_renderer(renderer),
+      m_resources(resources),
+      m_materialSet(this),
+      m_uploader(renderer.device(), &m_materialSet)
 {
     m_materialSet.load(TerrainGroundMaterialSet::s_pStandardPath);
 }
 
-void GroundView::update(EditorTerrainSurface& surface) { m_uploader.upload(surface, m_renderer.terrainBindings()); }
+void GroundView::update(EditorTerrainSurface& surface)
+{
+    m_uploader.upload(surface, m_renderer.terrainBindings());
+}
 
-void GroundView::release() { m_uploader.release(m_renderer.terrainBindings()); }
+void GroundView::release()
+{
+    m_uploader.release(m_renderer.terrainBindings());
+}
 
 void GroundView::drawBrush(const EditorTerrainSurface& surface, const glm::vec3& centre, float fRadius)
 {
@@ -36,8 +45,9 @@ void GroundView::drawBrush(const EditorTerrainSurface& surface, const glm::vec3&
     pDrawer->addLoop(brushOutline(surface, centre, fRadius * 0.5f), s_halfColour);
 }
 
-rend::TextureHandle GroundView::createTextureArray(std::string_view, std::span<const std::string> spanPaths, int iWidth,
-                                                   int iHeight, resource::TextureResourceLayout eLayout)
+rend::TextureHandle GroundView::createTextureArray(std::string_view, std::span<const std::string> spanPaths,
+                                                   int iWidth, int iHeight,
+                                                   resource::TextureResourceLayout eLayout)
 {
     return m_resources.loadTextureArray(spanPaths, iWidth, iHeight, eLayout, 0, 0);
 }

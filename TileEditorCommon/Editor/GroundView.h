@@ -33,8 +33,9 @@ public:
     void drawBrush(const EditorTerrainSurface& surface, const glm::vec3& centre, float fRadius);
 
 private:
-    rend::TextureHandle createTextureArray(std::string_view sName, std::span<const std::string> spanPaths, int iWidth,
-                                           int iHeight, resource::TextureResourceLayout eLayout) override;
+    rend::TextureHandle createTextureArray(std::string_view sName, std::span<const std::string> spanPaths,
+                                           int iWidth, int iHeight,
+                                           resource::TextureResourceLayout eLayout) override;
     /// The resource manager keeps its arrays for whoever asks for them next.
     void destroyTexture(rend::TextureHandle) override {}
 
