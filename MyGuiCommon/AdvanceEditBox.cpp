@@ -182,6 +182,19 @@ void AdvanceEditBox::endEdit(bool bTake)
         change(*typed);
 }
 
+/// The number box behind this one in its panel; the first behind the last. Null when it is alone.
+AdvanceEditBox* AdvanceEditBox::nextBox()
+{
+    std::vector<AdvanceEditBox*> vecBoxes;
+    for (size_t i = 0; getParent() && i < getParent()->getChildCount(); ++i)
+        if (auto* pBox = getParent()->getChildAt(i)->castType<AdvanceEditBox>(false))
+            vecBoxes.push_back(pBox);
+    const auto itThis = std::find(vecBoxes.begin(), vecBoxes.end(), this);
+    if (vecBoxes.size() < 2 || itThis == vecBoxes.end())
+        return nullptr;
+    return itThis + 1 == vecBoxes.end() ? vecBoxes.front() : *(itThis + 1);
+}
+
 void AdvanceEditBox::onArrow(MyGUI::Widget* pSender)
 {
     change(NumberBoxModel::step(m_range, m_iValue, pSender == m_pMore ? 1 : -1));
@@ -195,7 +208,12 @@ void AdvanceEditBox::onAccept(MyGUI::EditBox*)
 
 void AdvanceEditBox::onKey(MyGUI::Widget*, MyGUI::KeyCode key, MyGUI::Char)
 {
-    if (key == MyGUI::KeyCode::ArrowUp || key == MyGUI::KeyCode::ArrowDown)
+    if (key == MyGUI::KeyCode::Tab)
+    {
+        if (AdvanceEditBox* pNext = nextBox())
+            pNext->beginEdit(); // takes the keyboard, which ends the typing here
+    }
+    else if (key == MyGUI::KeyCode::ArrowUp || key == MyGUI::KeyCode::ArrowDown)
     {
         change(NumberBoxModel::step(m_range, m_iValue, key == MyGUI::KeyCode::ArrowUp ? 1 : -1));
         m_pEdit->setOnlyText(std::to_string(m_iValue));

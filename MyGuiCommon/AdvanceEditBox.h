@@ -25,7 +25,8 @@ protected:
 };
 
 /// Drag along the box to slide, press the arrows at its ends to step by 1, click it to type. Enter
-/// takes the typed number, Escape drops it; the arrow keys step while typing.
+/// takes the typed number, Escape drops it; while typing the arrow keys step and Tab goes on to the
+/// next number box of the panel.
 ///
 /// The skin has children named "Fill", "Text", "Edit", "Less" and "More".
 class AdvanceEditBox : public MyGUI::Widget
@@ -61,6 +62,7 @@ private:
     void slideTo(int iX);
     void beginEdit();
     void endEdit(bool bTake);
+    AdvanceEditBox* nextBox();
     void onArrow(MyGUI::Widget* pSender);
     void onAccept(MyGUI::EditBox* pSender);
     void onKey(MyGUI::Widget* pSender, MyGUI::KeyCode key, MyGUI::Char uChar);

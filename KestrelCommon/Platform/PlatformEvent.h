@@ -4,7 +4,7 @@
 
 enum class PlatformEventType : uint8_t
 {
-    Close, ///< the user or the session asks the window to close
+    Close, ///< the user or the desktop asks the window to close
     Resize,
     FocusGained,
     FocusLost,

@@ -28,6 +28,14 @@ private:
     bool m_bUp;
 };
 
+/// SDL falls back on drivers that show nothing.
+bool isVisibleDriver()
+{
+    const char* pDriver = SDL_GetCurrentVideoDriver();
+    const std::string_view sDriver = pDriver ? pDriver : "";
+    return !sDriver.empty() && sDriver != "offscreen" && sDriver != "dummy" && sDriver != "evdev";
+}
+
 constexpr SDL_SystemCursor s_arrCursors[] = {
     SDL_SYSTEM_CURSOR_ARROW,   SDL_SYSTEM_CURSOR_IBEAM,    SDL_SYSTEM_CURSOR_SIZEWE,
     SDL_SYSTEM_CURSOR_SIZENS,  SDL_SYSTEM_CURSOR_SIZENWSE, SDL_SYSTEM_CURSOR_SIZENESW,
@@ -262,24 +270,23 @@ Window::~Window() = default;
 bool Window::hasDisplay()
 {
     // Asked first: without either, the libraries below complain on standard error.
-    const auto isSet = [](const char* pVariable) {
+    const auto isSet = [](const char* pVariable)
+    {
         const char* pValue = std::getenv(pVariable);
         return pValue && *pValue;
     };
     if (!isSet("DISPLAY") && !isSet("WAYLAND_DISPLAY") && !isSet("SDL_VIDEODRIVER"))
         return false;
-    const VideoScope video;
-    if (!video.isUp() || SDL_GetNumVideoDisplays() < 1)
-        return false;
-    // SDL falls back on drivers that show nothing.
-    const std::string_view sDriver = SDL_GetCurrentVideoDriver();
-    return sDriver != "offscreen" && sDriver != "dummy" && sDriver != "evdev";
+    // The connection stays for the window to come: a display server may begin anew when its last
+    // client goes, and refuse others meanwhile.
+    static const VideoScope s_video;
+    return s_video.isUp() && isVisibleDriver() && SDL_GetNumVideoDisplays() > 0;
 }
 
 std::unique_ptr<Window> Window::create(const WindowSettings& settings)
 {
     auto pImpl = std::make_unique<Impl>();
-    if (!pImpl->video.isUp())
+    if (!pImpl->video.isUp() || !isVisibleDriver())
     {
         QM_LOG_ERROR("No display to open a window on: ", SDL_GetError());
         return nullptr;

@@ -174,13 +174,17 @@ void Renderer::render(TargetHandle target, int iWidth, int iHeight, const SceneV
     if (iWidth < 1 || iHeight < 1)
         return;
     updateFrameBuffer(iWidth, iHeight, view);
-    m_device.beginPass(target, {});
+    // Amid quads no sky is seen, save through the gap under a raised rim: there it is shade.
+    const bool bSky = view.uQuads == 0;
+    m_device.beginPass(target, {.arrColour = {0.27f, 0.275f, 0.25f, 1.0f}});
     m_device.setUniformBuffer(s_uFrameSlot, m_frameBuffer);
     drawGround();
     drawQuads(view);
-    m_device.setPipeline(m_skyPipeline);
-    if (m_skyPipeline)
+    if (bSky && m_skyPipeline)
+    {
+        m_device.setPipeline(m_skyPipeline);
         m_device.draw(3, 0);
+    }
     if (view.bLines)
         drawLines();
     m_device.endPass();

@@ -13,15 +13,15 @@ struct TerrainSurfaceBindings
 {
     uint64_t renderLayers = 0x2040; ///< takes part in layers 6 and 13
 
-    BufferHandle vertexBuffer;  ///< "EditorTerrainSurfaceMesh", 20 bytes a vertex: normal, height, colour
-    BufferHandle indexBuffer;   ///< "EditorTerrainSurfaceIndex", triangles
-    BufferHandle surfaceInfo;   ///< "CB_SURFACE_INFO": vertices a row (uint32), 1 / quads along X (float), 8
-                                ///< bytes unused
-    TextureHandle texture0;     ///< ground weights 0 to 3
-    TextureHandle texture1;     ///< ground weights 4 to 7
-    TextureHandle diffuseArray; ///< of the bound ground material set, nine layers
-    TextureHandle asgArray;
-    TextureHandle normalArray;
+    BufferHandle vertexBuffer{}; ///< "EditorTerrainSurfaceMesh", 20 bytes a vertex: normal, height, colour
+    BufferHandle indexBuffer{};  ///< "EditorTerrainSurfaceIndex", triangles
+    BufferHandle surfaceInfo{};  ///< "CB_SURFACE_INFO": vertices a row (uint32), 1 / quads along X (float), 8
+                                 ///< bytes unused
+    TextureHandle texture0{};    ///< ground weights 0 to 3
+    TextureHandle texture1{};    ///< ground weights 4 to 7
+    TextureHandle diffuseArray{}; ///< of the bound ground material set, nine layers
+    TextureHandle asgArray{};
+    TextureHandle normalArray{};
 
     // How the index buffer is read; beside the handles because the device keeps no formats.
     uint32_t indexCount = 0;

@@ -114,6 +114,21 @@ TEST_F(InterfaceTest, toolButtonsAndPanelsWriteThrough)
     EXPECT_FALSE(widget("BrushWindow")->getVisible());
 }
 
+TEST_F(InterfaceTest, tabWalksThroughTheBrushNumbers)
+{
+    click(widget("Strength"));
+    type("70");
+    key(15); // tab
+    EXPECT_EQ(m_actions.state.strength, 70);
+    type("400");
+    key(15);
+    EXPECT_EQ(m_actions.state.size, 400);
+    type("80");
+    key(s_iEnter);
+    EXPECT_EQ(m_actions.state.strength, 80);
+    EXPECT_FALSE(m_pGui->hasKeyFocus());
+}
+
 TEST_F(InterfaceTest, newWindowMakesTheChosenSizeAndGoes)
 {
     m_pInterface->showNewWindow();

@@ -258,4 +258,4 @@ TEST_P(GroundPictureTest, freshTileFillsTheMiddleOfItsFrame)
 }
 
 INSTANTIATE_TEST_SUITE_P(Paths, GroundPictureTest, testing::Bool(),
-                         [](const auto& info) { return info.param ? "Fine" : "Soft"; });
+                         [](const auto& path) { return path.param ? "Fine" : "Soft"; });

@@ -197,10 +197,9 @@ struct Ground
     float gloss;
 };
 
-// The side of steep ground that the maps lie against, and how its slope turns a normal.
-bool leansAlongX() { return abs(worldNormal.x) > abs(worldNormal.y); }
-vec2 sidePlace(vec3 place) { return leansAlongX() ? place.yz : place.xz; }
-vec3 sideSlope(vec2 slope) { return vec3(leansAlongX() ? vec2(0.0, slope.x) : vec2(slope.x, 0.0), slope.y); }
+// How the slope of a map that lies against a side turns the normal.
+vec3 slopeAlongX(vec2 slope) { return vec3(0.0, slope); }
+vec3 slopeAlongY(vec2 slope) { return vec3(slope.x, 0.0, slope.y); }
 
 #ifdef SOFTWARE
 
@@ -283,26 +282,30 @@ void main()
     // Where the ground is steep the maps lie against its side instead of hanging down it.
 #ifdef SOFTWARE
     bool flatEnough = smoothNormal.z > 0.66;
-    Ground ground = groundAt(flatEnough ? place.xy : sidePlace(place), mixture);
-    vec3 normal = smoothNormal + (flatEnough ? vec3(ground.slope * smoothNormal.z, 0.0) : sideSlope(ground.slope));
+    bool alongX = abs(smoothNormal.x) > abs(smoothNormal.y);
+    Ground ground = groundAt(flatEnough ? place.xy : (alongX ? place.yz : place.xz), mixture);
+    vec3 sideSlope = alongX ? slopeAlongX(ground.slope) : slopeAlongY(ground.slope);
+    vec3 normal = smoothNormal + (flatEnough ? vec3(ground.slope * smoothNormal.z, 0.0) : sideSlope);
 #else
-    Footprint flatSize = Footprint(dFdx(place.xy), dFdy(place.xy));
     vec3 placeX = dFdx(place);
     vec3 placeY = dFdy(place);
-    Footprint sideSize = Footprint(sidePlace(placeX), sidePlace(placeY));
     float flatShare = smoothstep(0.60, 0.74, smoothNormal.z);
     Ground ground = Ground(vec3(0.0), vec2(0.0), 1.0, 0.0);
     vec3 normal = smoothNormal;
     if (flatShare > 0.0)
     {
-        ground = groundAt(place.xy, flatSize, mixture);
+        ground = groundAt(place.xy, Footprint(placeX.xy, placeY.xy), mixture);
         normal += vec3(ground.slope * smoothNormal.z, 0.0);
     }
     if (flatShare < 1.0)
     {
-        Ground side = groundAt(sidePlace(place), sideSize, mixture);
-        normal = mix(smoothNormal + sideSlope(side.slope), normal, flatShare);
-        ground = mixed(side, ground, flatShare);
+        vec2 lean = abs(smoothNormal.xy);
+        float xShare = smoothstep(0.35, 0.65, lean.x / (lean.x + lean.y + 0.0001));
+        Ground alongX = groundAt(place.yz, Footprint(placeX.yz, placeY.yz), mixture);
+        Ground alongY = groundAt(place.xz, Footprint(placeX.xz, placeY.xz), mixture);
+        vec3 sideSlope = mix(slopeAlongY(alongY.slope), slopeAlongX(alongX.slope), xShare);
+        normal = mix(smoothNormal + sideSlope, normal, flatShare);
+        ground = mixed(mixed(alongY, alongX, xShare), ground, flatShare);
     }
 #endif
     normal = normalize(normal);
