@@ -19,8 +19,9 @@ namespace
 constexpr int s_iAreaHeight = 128;
 constexpr int s_iHueHeight = 12;
 constexpr int s_iRowHeight = 24;
-constexpr int s_iRowGap = 4;
+constexpr int s_iRowGap = 8;
 constexpr int s_iGap = 8;
+constexpr int s_iMargin = 8; ///< around what is shown, for marks that reach over edges
 constexpr int s_iLabelWidth = 64;
 constexpr int s_iAreaMark = 14;
 constexpr int s_iHueMarkWidth = 8;
@@ -86,29 +87,34 @@ ColorEditor::ColorEditor(MyGUI::Widget* pView, GuiTips& tips) : m_pView(pView)
 
 void ColorEditor::makeArea()
 {
-    const int iWidth = m_pView->getWidth();
-    m_pArea = makeImage(m_pView, MyGUI::IntCoord(0, 0, iWidth, px(s_iAreaHeight)), "ColorArea");
+    const int iLeft = px(s_iMargin);
+    const int iWidth = m_pView->getWidth() - 2 * iLeft;
+    m_pArea = makeImage(m_pView, MyGUI::IntCoord(iLeft, iLeft, iWidth, px(s_iAreaHeight)), "ColorArea");
     m_pArea->eventMouseButtonPressed += MyGUI::newDelegate(this, &ColorEditor::onArea);
     m_pArea->eventMouseDrag += MyGUI::newDelegate(this, &ColorEditor::onArea);
-    m_pHue = makeImage(m_pView, MyGUI::IntCoord(0, px(s_iAreaHeight + s_iGap), iWidth, px(s_iHueHeight)),
+    m_pHue = makeImage(m_pView,
+                       MyGUI::IntCoord(iLeft, m_pArea->getBottom() + px(s_iGap), iWidth, px(s_iHueHeight)),
                        "HueBar");
     m_pHue->eventMouseButtonPressed += MyGUI::newDelegate(this, &ColorEditor::onHue);
     m_pHue->eventMouseDrag += MyGUI::newDelegate(this, &ColorEditor::onHue);
     fillRounded(s_pHueTexture, iWidth, px(s_iHueHeight),
                 [](float x, float) { return ColorModel::pureHue(x); });
     m_pHue->setImageTexture(s_pHueTexture);
+    paintArea();
+    m_pArea->setImageTexture(s_pAreaTexture); // before the marks: what gets its texture last is drawn on top
     m_pAreaMark = makeMark(m_pView, px(s_iAreaMark), px(s_iAreaMark), "Editor/ed_color_ring.png");
     m_pHueMark = makeMark(m_pView, px(s_iHueMarkWidth), px(s_iHueMarkHeight), "Editor/ed_color_mark.png");
 }
 
 void ColorEditor::makeRows(GuiTips& tips)
 {
-    const int iLeft = px(s_iLabelWidth);
-    const int iWidth = m_pView->getWidth() - iLeft;
+    const int iLeft = px(s_iMargin + s_iLabelWidth);
+    const int iWidth = m_pView->getWidth() - iLeft - px(s_iMargin);
     for (size_t i = 0; i < s_arrRows.size(); ++i)
     {
         m_arrLabels[i] = m_pView->createWidget<MyGUI::TextBox>(
-            "QM_TextDim", MyGUI::IntCoord(0, 0, iLeft, px(s_iRowHeight)), MyGUI::Align::Default);
+            "QM_TextDim", MyGUI::IntCoord(px(s_iMargin), 0, px(s_iLabelWidth), px(s_iRowHeight)),
+            MyGUI::Align::Default);
         m_arrLabels[i]->setCaption(s_arrRows[i].pName);
         tips.set(m_arrLabels[i], s_arrRows[i].pTip);
     }
@@ -149,12 +155,12 @@ void ColorEditor::makeRows(GuiTips& tips)
 
 void ColorEditor::placeRows()
 {
-    int iTop = px(s_iAreaHeight + s_iGap + s_iHueHeight + s_iGap + s_iRowGap);
+    int iTop = m_pHue->getBottom() + px(s_iGap + s_iRowGap / 2);
     for (size_t i = 0; i < s_arrRows.size(); ++i)
     {
         const bool bShown = i != 3 || m_bAlpha;
         m_arrLabels[i]->setVisible(bShown);
-        m_arrLabels[i]->setPosition(0, iTop);
+        m_arrLabels[i]->setPosition(m_arrLabels[i]->getLeft(), iTop);
         if (i < m_arrChannels.size())
         {
             m_arrChannels[i]->setVisible(bShown);
@@ -188,21 +194,24 @@ void ColorEditor::setColor(const ColorModel::Rgba& color)
     show();
 }
 
+void ColorEditor::paintArea()
+{
+    if (m_fShownHue == m_model.hue())
+        return;
+    m_fShownHue = m_model.hue();
+    fillRounded(s_pAreaTexture, m_pArea->getWidth(), m_pArea->getHeight(),
+                [pure = ColorModel::pureHue(m_fShownHue)](float x, float y)
+                {
+                    std::array<float, 3> colour{};
+                    for (size_t i = 0; i < 3; ++i)
+                        colour[i] = (1.0f - y) * (1.0f - x + x * pure[i]);
+                    return colour;
+                });
+}
+
 void ColorEditor::show()
 {
-    if (m_fShownHue != m_model.hue())
-    {
-        m_fShownHue = m_model.hue();
-        fillRounded(s_pAreaTexture, m_pArea->getWidth(), m_pArea->getHeight(),
-                    [pure = ColorModel::pureHue(m_fShownHue)](float x, float y)
-                    {
-                        std::array<float, 3> colour{};
-                        for (size_t i = 0; i < 3; ++i)
-                            colour[i] = (1.0f - y) * (1.0f - x + x * pure[i]);
-                        return colour;
-                    });
-        m_pArea->setImageTexture(s_pAreaTexture);
-    }
+    paintArea();
     const auto at = [](float fPart, int iLength)
     { return static_cast<int>(std::lround(fPart * static_cast<float>(iLength - 1))); };
     m_pAreaMark->setPosition(

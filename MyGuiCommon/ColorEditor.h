@@ -35,6 +35,7 @@ private:
     void makeArea();
     void makeRows(GuiTips& tips);
     void placeRows();
+    void paintArea();
     void show();
     void changed();
     void onArea(MyGUI::Widget* pSender, int iX, int iY, MyGUI::MouseButton button);

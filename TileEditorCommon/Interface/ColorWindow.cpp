@@ -71,7 +71,7 @@ void ColorWindow::refresh()
         m_pTitle->setCaption(panel.pTitle);
     m_editor.setAlphaShown(panel.bAlpha);
     m_editor.setColor(panel.color);
-    if (m_pButtonArea && m_pView && m_pButtonArea->getTop() != m_pView->getBottom() + px(s_iGap))
+    if (m_pView && m_pView->getHeight() != m_editor.neededHeight())
         place();
     if (!m_pPick)
         return;
