@@ -17,7 +17,8 @@ struct FakeActions : tilebuilder::EditorActionsI
     std::vector<tilebuilder::TileFile> vecFiles;
     std::vector<tilebuilder::MaterialSetChoice> vecSets;
     tilebuilder::BoundMaterials bound;
-    bool bBinds = true;  ///< a set that is asked for is bound
+    bool bBinds = true; ///< a set that is asked for is bound
+    tilebuilder::HistoryStatus status;
     std::string sCalls; ///< one word a call, in order
 
     FakeActions() { state.pBrush = brush(1); }
@@ -44,7 +45,10 @@ struct FakeActions : tilebuilder::EditorActionsI
             vecChoices.push_back({brush(vecChoices.size()), pName});
         return vecChoices;
     }
-    [[nodiscard]] std::vector<tilebuilder::MaterialSetChoice> materialSets() const override { return vecSets; }
+    [[nodiscard]] std::vector<tilebuilder::MaterialSetChoice> materialSets() const override
+    {
+        return vecSets;
+    }
     [[nodiscard]] tilebuilder::BoundMaterials boundMaterials() const override { return bound; }
     [[nodiscard]] uint64_t boundMaterialHash() const override { return bound.uHash; }
     bool bindMaterialSet(const std::string& sPath) override
@@ -71,6 +75,11 @@ struct FakeActions : tilebuilder::EditorActionsI
     [[nodiscard]] std::string documentDirectory() const override { return sDirectory; }
     [[nodiscard]] Uuid documentUuid() const override { return {}; }
     [[nodiscard]] bool isUnsaved() const override { return bUnsaved; }
+    [[nodiscard]] tilebuilder::HistoryStatus history() const override { return status; }
+    void undo() override { note("undo"); }
+    void redo() override { note("redo"); }
+    void restoreFromDisk() override { note("restore"); }
+    void resetUndoHistory() override { note("reset"); }
     [[nodiscard]] std::vector<std::string> pathStack() const override { return vecStack; }
     void save() override { note("save"); }
     void saveAs(const std::string& sNew, const std::string& sFolder) override

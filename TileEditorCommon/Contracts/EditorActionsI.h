@@ -2,6 +2,7 @@
 
 #include "KestrelCommon/Core/Uuid.h"
 #include "TileEditorCommon/Contracts/EditorToolState.h"
+#include "TileEditorCommon/Contracts/HistoryStatus.h"
 
 #include <array>
 #include <cstdint>
@@ -112,6 +113,16 @@ public:
     virtual void requestExit() = 0;
     /// All tiles that can be opened, looked up on disk, in the order of the list.
     [[nodiscard]] virtual std::vector<TileFile> tileFiles() const = 0;
+
+    // History
+
+    [[nodiscard]] virtual HistoryStatus history() const = 0;
+    virtual void undo() = 0;
+    virtual void redo() = 0;
+    /// Opens the document's file again, after a question about unsaved changes.
+    virtual void restoreFromDisk() = 0;
+    /// Leaves one state of the open document and drops all documents that were left.
+    virtual void resetUndoHistory() = 0;
 
     // View
 

@@ -25,8 +25,9 @@ public:
     /// Borrowed.
     explicit GroundTextures(resource::ResourceManager& resources) : m_resources(resources) {}
 
-    rend::TextureHandle createTextureArray(std::string_view sName, std::span<const std::string> spanPaths, int iWidth,
-                                           int iHeight, resource::TextureResourceLayout eLayout) override;
+    rend::TextureHandle createTextureArray(std::string_view sName, std::span<const std::string> spanPaths,
+                                           int iWidth, int iHeight,
+                                           resource::TextureResourceLayout eLayout) override;
     void destroyTexture(rend::TextureHandle) override {}
 
 private:

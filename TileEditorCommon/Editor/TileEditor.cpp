@@ -9,6 +9,7 @@
 #include "TileEditorCommon/Clutter/EditorTerrainClutter.h"
 #include "TileEditorCommon/Contracts/ChangeMask.h"
 #include "TileEditorCommon/Document/Tile.h"
+#include "TileEditorCommon/Editor/CachedTile.h"
 #include "TileEditorCommon/Editor/GroundView.h"
 #include "TileEditorCommon/Ground/Brush.h"
 #include "TileEditorCommon/Ground/CollisionWorld.h"
@@ -52,6 +53,7 @@ TileEditor::TileEditor(const EditorServices& services, bool bInfoBox, uint64_t u
 TileEditor::~TileEditor()
 {
     closeDocument();
+    m_mapCachedTileStates.clear();
     _Instance = nullptr;
 }
 

@@ -9,6 +9,7 @@
 
 #include <functional>
 #include <glm/vec3.hpp>
+#include <map>
 #include <memory>
 
 class InputManager;
@@ -44,6 +45,7 @@ class GroundView;
 class IconGenerator;
 class TerrainGroundMaterialSet;
 class Tile;
+struct CachedTile;
 enum class SaveResult : uint8_t;
 
 /// What the editor object works with; all borrowed and longer-lived.
@@ -99,6 +101,10 @@ public:
     /// Loads and saves again every tile of a list file; how many went through.
     uint32_t processTiles(const std::string& sListPath);
 
+    /// Bytes of all states of the open document and of those that were left.
+    [[nodiscard]] uint64_t undoMemoryInUse() const;
+    void dropCachedTile(const std::string& sPath);
+
     [[nodiscard]] Tile* tile() const { return m_pTile.get(); }
     [[nodiscard]] EditorTerrainSurface& surface() { return *m_pSurface; }
 
@@ -125,6 +131,11 @@ public:
     void requestNewTile(int32_t iSize) override;
     void openDocument(const std::string& sPath) override;
     void openStackLevel(size_t uLevel) override;
+    [[nodiscard]] HistoryStatus history() const override;
+    void undo() override;
+    void redo() override;
+    void restoreFromDisk() override;
+    void resetUndoHistory() override;
     void requestExit() override;
     [[nodiscard]] std::vector<TileFile> tileFiles() const override;
     [[nodiscard]] CameraStatus cameraStatus() const override;
@@ -143,6 +154,8 @@ public:
     void reinitialise(int32_t iWidth, int32_t iHeight, uint32_t uType, const std::string& sPath) override;
     [[nodiscard]] bool keepsForeignNames() const override { return m_bInfoBox; }
     void skipPendingChanges() override { m_pending.skipFrames(); }
+    [[nodiscard]] uint64_t cachedUndoMemory() const override;
+    uint64_t evictOldestCachedTile() override;
     [[nodiscard]] bool hasContext() const override;
     std::string contextDirectory() override;
     [[nodiscard]] std::string findUserTile(std::string_view sFileName) const override;
@@ -153,6 +166,8 @@ private:
     // Update
 
     void updateHistory();
+    void updateUndoKeys();
+    bool pushPending();
     void updateTools(float dt);
     void endPress();
     [[nodiscard]] std::optional<glm::vec3> groundUnderCursor() const;
@@ -168,6 +183,9 @@ private:
     // Documents
 
     [[nodiscard]] std::unique_ptr<Tile> makeTile();
+    [[nodiscard]] std::string documentPath() const;
+    void leaveTile();
+    bool returnToTile(const std::string& sPath);
     void onDocumentOpened(int32_t iWidth, int32_t iHeight, uint32_t uType);
     void frameDocument(int32_t iWidth, int32_t iHeight);
 
@@ -192,8 +210,11 @@ private:
     std::unique_ptr<EditorTerrainClutter> m_pClutter;
     std::unique_ptr<IconGenerator> m_pIconGenerator; ///< null without a device
     std::unique_ptr<Tile> m_pTile;
+    std::map<std::string, std::unique_ptr<CachedTile>>
+        m_mapCachedTileStates;             ///< documents that were left, by path
     std::unique_ptr<Tile> m_pIncomingTile; ///< being loaded; takes the open one's place once it is good
 
+    uint64_t m_uDocumentsLeft = 0;
     uint64_t m_uCreatorId;
     bool m_bInfoBox;
     bool m_bGroundOpen = false;  ///< surface and clutter are live

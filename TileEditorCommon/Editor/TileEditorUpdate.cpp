@@ -40,11 +40,9 @@ void TileEditor::update(float dt)
 void TileEditor::updateHistory()
 {
     m_pending.beginFrame();
-    if (!m_pending.isDue(FrameClock::clockMs(), m_services.pInput->buttonDown[0]))
-        return;
-    m_pTile->pushState(false);
-    m_pending.clear();
-    markInterfaceDirty(0);
+    if (m_pending.isDue(FrameClock::clockMs(), m_services.pInput->buttonDown[0]))
+        pushPending();
+    updateUndoKeys();
 }
 
 void TileEditor::updateTools(float dt)
