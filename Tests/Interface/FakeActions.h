@@ -16,6 +16,9 @@ struct FakeActions : tilebuilder::EditorActionsI
     std::string sDirectory;
     std::vector<std::string> vecStack;
     std::vector<tilebuilder::TileFile> vecFiles;
+    std::vector<tilebuilder::MaterialSetChoice> vecSets;
+    tilebuilder::BoundMaterials bound;
+    bool bBinds = true; ///< a set that is asked for is bound
     tilebuilder::HistoryStatus status;
     std::string sCalls; ///< one word a call, in order
 
@@ -42,6 +45,31 @@ struct FakeActions : tilebuilder::EditorActionsI
         for (const char* pName : {"Linear", "Smooth", "Rounded", "Sharp", "Solid", "Gauss"})
             vecChoices.push_back({brush(vecChoices.size()), pName});
         return vecChoices;
+    }
+    [[nodiscard]] std::vector<tilebuilder::MaterialSetChoice> materialSets() const override
+    {
+        return vecSets;
+    }
+    [[nodiscard]] tilebuilder::BoundMaterials boundMaterials() const override { return bound; }
+    [[nodiscard]] uint64_t boundMaterialHash() const override { return bound.uHash; }
+    bool bindMaterialSet(const std::string& sPath) override
+    {
+        note("bind " + sPath);
+        return bBinds;
+    }
+    void setColorTarget(tilebuilder::ColorRgba* pTarget, uint8_t uKind, tilebuilder::ColorCallback onChanged,
+                        tilebuilder::ColorCallback onPicked) override
+    {
+        state.pColorTarget = pTarget;
+        state.colorTargetKind = uKind;
+        state.onColorChanged = std::move(onChanged);
+        state.onColorPicked = std::move(onPicked);
+    }
+    void changeColor(const tilebuilder::ColorRgba& color) override
+    {
+        note("color");
+        if (state.pColorTarget)
+            *state.pColorTarget = color;
     }
     [[nodiscard]] bool isDocumentOpen() const override { return bOpen; }
     [[nodiscard]] std::string documentName() const override { return sName; }

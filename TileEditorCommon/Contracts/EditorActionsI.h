@@ -20,6 +20,28 @@ struct BrushChoice
     std::string sName; ///< "Linear", "Smooth", "Rounded", "Sharp", "Solid", "Gauss"; also names the picture
 };
 
+/// A ground material set that can be bound.
+struct MaterialSetChoice
+{
+    std::string sName;
+    std::string sPath; ///< keyed path of the set's file
+};
+
+/// A ground material that can be painted.
+struct MaterialChoice
+{
+    std::string sName;
+    std::string sPicture; ///< keyed path of the colour map
+};
+
+/// The ground material set on the ground.
+struct BoundMaterials
+{
+    uint64_t uHash = 0; ///< 0: none is bound
+    std::string sPath;
+    std::vector<MaterialChoice> vecMaterials; ///< in the order of their weights
+};
+
 /// A tile that the open window lists.
 struct TileFile
 {
@@ -52,6 +74,21 @@ public:
     virtual void setTool(uint8_t uTool) = 0;
     /// All falloffs in the order of their buttons.
     [[nodiscard]] virtual std::vector<BrushChoice> brushes() const = 0;
+
+    // Ground materials and colours
+
+    /// What the lists of the game's content name, read from disk.
+    [[nodiscard]] virtual std::vector<MaterialSetChoice> materialSets() const = 0;
+    [[nodiscard]] virtual BoundMaterials boundMaterials() const = 0;
+    [[nodiscard]] virtual uint64_t boundMaterialHash() const = 0;
+    /// True when a new set was bound; else the bound one stays. Changes no document.
+    virtual bool bindMaterialSet(const std::string& sPath) = 0;
+    /// What the colour editor and the eyedropper work on from now on; null: nothing. The target is
+    /// borrowed until the next call; a kind of ColorTargetKind.
+    virtual void setColorTarget(ColorRgba* pTarget, uint8_t uKind, ColorCallback onChanged,
+                                ColorCallback onPicked) = 0;
+    /// Writes the target and calls onColorChanged; nothing without a target.
+    virtual void changeColor(const ColorRgba& color) = 0;
 
     // Document
 
