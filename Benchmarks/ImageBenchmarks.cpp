@@ -216,6 +216,24 @@ int undoImages(BenchTile& world)
     return iMissed;
 }
 
+/// What an undo costs beside the rebuild of the surface.
+int undoing(BenchTile& world)
+{
+    world.tile.pushState(true);
+    world.surface.raise(world.dab(480.0f, 480.0f, 12.5f, 0.5f), 1.0f);
+    world.tile.pushState(false);
+    bool bBack = false;
+    const auto step = [&]
+    {
+        bBack = !bBack;
+        bBack ? world.tile.undo() : world.tile.redo();
+    };
+    return !run({.sName = "undo and redo of a change in one cell", .fnProduct = step}) +
+           !run({.sName = "push after an undo",
+                 .fnProduct = [&] { world.tile.pushState(false); },
+                 .fnBeforeProduct = step});
+}
+
 int reading(BenchTile& world)
 {
     const tilebuilder::TileState state = world.tile.write(tile::WritePlain | tile::WriteFinal);
@@ -291,7 +309,7 @@ int reading(BenchTile& world)
 int images()
 {
     BenchTile world;
-    return finalSaves(world) + undoImages(world) + reading(world);
+    return finalSaves(world) + undoImages(world) + undoing(world) + reading(world);
 }
 
 const Registration s_images(&images);

@@ -97,7 +97,33 @@ TEST_F(BarModelsTest, withNothingOpenSavingIsGreyAndTheRightBarEmpty)
     for (const EntryState& state : leftBarStates(m_actions))
         EXPECT_TRUE(state.bEnabled) << state.sId;
     m_actions.vecStack.clear();
-    EXPECT_TRUE(buildRightBar(m_actions).empty());
+    ASSERT_EQ(buildRightBar(m_actions).size(), 1u);
+    EXPECT_EQ(buildRightBar(m_actions)[0].sId, "History") << "a document without a path has a history";
+}
+
+TEST_F(BarModelsTest, historyMenuTellsStepAndMemoryAndListsWhatWasLeft)
+{
+    m_actions.vecStack = {"$A_DATA/a.tile"};
+    m_actions.status = {.uStates = 2, .uStateIndex = 1, .uBytesUsed = 2048, .uBytesLimit = 0x20000000};
+    MenuEntry made = buildHistoryMenu(m_actions);
+    EXPECT_EQ(made.sLabel, " ( 2kb 1)");
+    EXPECT_FALSE(find(made.vecChildren, "Undo")->bEnabled) << "greyed out for a history of one step";
+    EXPECT_FALSE(find(made.vecChildren, "Redo")->bEnabled);
+    EXPECT_EQ(find(made.vecChildren, "ResetHistory")->sLabel, "Reset Undo History ( 2kb / 512mb )");
+    EXPECT_FALSE(find(made.vecChildren, "ResetHistory")->bEnabled);
+
+    m_actions.status.uStates = 4;
+    m_actions.status.bHasCached = true;
+    m_actions.status.vecCached = {{"$A_DATA/#b.tile", true, 3 << 20}};
+    made = buildHistoryMenu(m_actions);
+    EXPECT_EQ(made.sLabel, " ( 2kb 1/3)");
+    for (const char* pId : {"Undo", "Redo", "Restore", "ResetHistory"})
+    {
+        EXPECT_TRUE(find(made.vecChildren, pId)->bEnabled) << pId;
+        find(made.vecChildren, pId)->fnAction();
+    }
+    EXPECT_EQ(m_actions.sCalls, "undo;redo;restore;reset;");
+    EXPECT_EQ(made.vecChildren.back().sLabel, "##b.tile* ( 3mb )");
 }
 
 TEST_F(BarModelsTest, toolButtonsShowTheToolInUse)

@@ -27,7 +27,8 @@ bool Tile::read(std::span<const std::byte> spanImage, const std::string& sDirect
                                            : m_services.clutter.cellRevision(iCellX, iCellY);
             const CachedSection& section =
                 m_cellCache.section(uCell, CellCache::slot(tile::sectionGroup(eGroup), 0), Lz4Quality::Fast);
-            return section.isCurrent(uRevision) && std::ranges::equal(section.bytes(), spanBytes);
+            return section.isCurrent(uRevision) && section.uCompressedSize == spanBytes.size() &&
+                   std::memcmp(section.pBytes.get(), spanBytes.data(), spanBytes.size()) == 0;
         };
     }
     const auto checked = checkTileImage(spanImage, sDirectory + "/" + sName, m_providers, fnKnown);

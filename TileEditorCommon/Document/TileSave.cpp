@@ -141,6 +141,7 @@ SaveResult Tile::save(const std::string& name, const std::string& directory, uin
     }
     m_name = sName;
     m_directory = sDirectory;
+    m_bForeignObjects = false; // the file that stands now is this document
     pushState(bReset);
     markSaved();
     return SaveResult::Saved;

@@ -9,10 +9,12 @@
 #include "TileEditorCommon/Clutter/EditorTerrainClutter.h"
 #include "TileEditorCommon/Contracts/ChangeMask.h"
 #include "TileEditorCommon/Document/Tile.h"
+#include "TileEditorCommon/Editor/CachedTile.h"
 #include "TileEditorCommon/Editor/GroundView.h"
 #include "TileEditorCommon/Ground/Brush.h"
 #include "TileEditorCommon/Ground/CollisionWorld.h"
 #include "TileEditorCommon/Ground/EditorTerrainSurface.h"
+#include "TileEditorCommon/Ground/TerrainGroundMaterialSet.h"
 #include "TileEditorCommon/Pictures/IconGenerator.h"
 
 #include <chrono>
@@ -38,7 +40,11 @@ TileEditor::TileEditor(const EditorServices& services, bool bInfoBox, uint64_t u
     m_pCollision = std::make_unique<CollisionWorld>();
     m_pSurface = std::make_unique<EditorTerrainSurface>(*this, &m_pCollision->world());
     if (m_services.pRenderer)
-        m_pGroundView = std::make_unique<GroundView>(*m_services.pRenderer, *m_services.pResources);
+        m_pGroundTextures = std::make_unique<GroundTextures>(*m_services.pResources);
+    m_pMaterialSet = std::make_unique<TerrainGroundMaterialSet>(m_pGroundTextures.get());
+    m_pMaterialSet->load(TerrainGroundMaterialSet::s_pStandardPath);
+    if (m_services.pRenderer)
+        m_pGroundView = std::make_unique<GroundView>(*m_services.pRenderer, *m_pMaterialSet);
     m_pClutter = std::make_unique<EditorTerrainClutter>(*this, *m_pSurface, *m_pClutterDatabase);
     m_toolState.tool = ToolPlace;
     newTile(1);
@@ -47,6 +53,7 @@ TileEditor::TileEditor(const EditorServices& services, bool bInfoBox, uint64_t u
 TileEditor::~TileEditor()
 {
     closeDocument();
+    m_mapCachedTileStates.clear();
     _Instance = nullptr;
 }
 
@@ -63,6 +70,11 @@ void TileEditor::setTool(uint8_t uTool)
     if (m_toolState.tool != uTool)
     {
         m_toolState.tool = uTool;
+        if (uTool == ToolColor)
+            armGroundColor();
+        else
+            setColorTarget(nullptr, ColorTargetNone, {}, {});
+        m_toolState.pickState = PickNormal;
         if (m_pInterface)
             m_pInterface->showToolPanels(uTool);
     }

@@ -9,6 +9,7 @@
 
 #include <functional>
 #include <glm/vec3.hpp>
+#include <map>
 #include <memory>
 
 class InputManager;
@@ -35,12 +36,16 @@ class ClutterDatabase;
 namespace tilebuilder
 {
 
+struct BrushDab;
 class CollisionWorld;
 class EditorTerrainClutter;
 class EditorTerrainSurface;
+class GroundTextures;
 class GroundView;
 class IconGenerator;
+class TerrainGroundMaterialSet;
 class Tile;
+struct CachedTile;
 enum class SaveResult : uint8_t;
 
 /// What the editor object works with; all borrowed and longer-lived.
@@ -96,6 +101,10 @@ public:
     /// Loads and saves again every tile of a list file; how many went through.
     uint32_t processTiles(const std::string& sListPath);
 
+    /// Bytes of all states of the open document and of those that were left.
+    [[nodiscard]] uint64_t undoMemoryInUse() const;
+    void dropCachedTile(const std::string& sPath);
+
     [[nodiscard]] Tile* tile() const { return m_pTile.get(); }
     [[nodiscard]] EditorTerrainSurface& surface() { return *m_pSurface; }
 
@@ -104,6 +113,13 @@ public:
     [[nodiscard]] EditorToolState& toolState() override { return m_toolState; }
     void setTool(uint8_t uTool) override;
     [[nodiscard]] std::vector<BrushChoice> brushes() const override;
+    [[nodiscard]] std::vector<MaterialSetChoice> materialSets() const override;
+    [[nodiscard]] BoundMaterials boundMaterials() const override;
+    [[nodiscard]] uint64_t boundMaterialHash() const override;
+    bool bindMaterialSet(const std::string& sPath) override;
+    void setColorTarget(ColorRgba* pTarget, uint8_t uKind, ColorCallback onChanged,
+                        ColorCallback onPicked) override;
+    void changeColor(const ColorRgba& color) override;
     [[nodiscard]] bool isDocumentOpen() const override;
     [[nodiscard]] std::string documentName() const override;
     [[nodiscard]] std::string documentDirectory() const override;
@@ -115,6 +131,13 @@ public:
     void requestNewTile(int32_t iSize) override;
     void openDocument(const std::string& sPath) override;
     void openStackLevel(size_t uLevel) override;
+    [[nodiscard]] HistoryStatus history() const override;
+    void undo() override;
+    void redo() override;
+    void restoreFromDisk() override;
+    void resetUndoHistory() override;
+    [[nodiscard]] bool canDeleteTile() const override;
+    void deleteTile() override;
     void requestExit() override;
     [[nodiscard]] std::vector<TileFile> tileFiles() const override;
     [[nodiscard]] CameraStatus cameraStatus() const override;
@@ -133,6 +156,8 @@ public:
     void reinitialise(int32_t iWidth, int32_t iHeight, uint32_t uType, const std::string& sPath) override;
     [[nodiscard]] bool keepsForeignNames() const override { return m_bInfoBox; }
     void skipPendingChanges() override { m_pending.skipFrames(); }
+    [[nodiscard]] uint64_t cachedUndoMemory() const override;
+    uint64_t evictOldestCachedTile() override;
     [[nodiscard]] bool hasContext() const override;
     std::string contextDirectory() override;
     [[nodiscard]] std::string findUserTile(std::string_view sFileName) const override;
@@ -143,6 +168,8 @@ private:
     // Update
 
     void updateHistory();
+    void updateUndoKeys();
+    bool pushPending();
     void updateTools(float dt);
     void endPress();
     [[nodiscard]] std::optional<glm::vec3> groundUnderCursor() const;
@@ -151,10 +178,16 @@ private:
 
     void paintStep(float dt);
     void paint(const glm::vec3& hit, float fStep);
+    void paintHeight(const BrushDab& dab, bool bControl);
+    void armGroundColor();
+    void pickGroundColor();
 
     // Documents
 
     [[nodiscard]] std::unique_ptr<Tile> makeTile();
+    [[nodiscard]] std::string documentPath() const;
+    void leaveTile();
+    bool returnToTile(const std::string& sPath);
     void onDocumentOpened(int32_t iWidth, int32_t iHeight, uint32_t uType);
     void frameDocument(int32_t iWidth, int32_t iHeight);
 
@@ -172,13 +205,18 @@ private:
     EditorToolState m_toolState;
     std::unique_ptr<CollisionWorld> m_pCollision;
     std::unique_ptr<EditorTerrainSurface> m_pSurface;
+    std::unique_ptr<GroundTextures> m_pGroundTextures; ///< null without a device
+    std::unique_ptr<TerrainGroundMaterialSet> m_pMaterialSet;
     std::unique_ptr<GroundView> m_pGroundView; ///< null without a device
     std::unique_ptr<tile::ClutterDatabase> m_pClutterDatabase;
     std::unique_ptr<EditorTerrainClutter> m_pClutter;
     std::unique_ptr<IconGenerator> m_pIconGenerator; ///< null without a device
     std::unique_ptr<Tile> m_pTile;
+    std::map<std::string, std::unique_ptr<CachedTile>>
+        m_mapCachedTileStates;             ///< documents that were left, by path
     std::unique_ptr<Tile> m_pIncomingTile; ///< being loaded; takes the open one's place once it is good
 
+    uint64_t m_uDocumentsLeft = 0;
     uint64_t m_uCreatorId;
     bool m_bInfoBox;
     bool m_bGroundOpen = false;  ///< surface and clutter are live

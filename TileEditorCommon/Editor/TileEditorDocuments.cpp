@@ -9,6 +9,7 @@
 #include "KestrelCommon/renderer/Renderer.h"
 #include "TileEditorCommon/Clutter/EditorTerrainClutter.h"
 #include "TileEditorCommon/Document/Tile.h"
+#include "TileEditorCommon/Editor/CachedTile.h"
 #include "TileEditorCommon/Editor/GroundView.h"
 #include "TileEditorCommon/Editor/TileEditor.h"
 #include "TileEditorCommon/Ground/EditorTerrainSurface.h"
@@ -39,6 +40,9 @@ bool TileEditor::isUnsaved() const
 
 void TileEditor::whenSafe(std::function<void()> fnAction)
 {
+    // A change that isn't quiet yet is unsaved all the same.
+    if (isDocumentOpen() && m_pending.isPending())
+        pushPending();
     if (isUnsaved() && m_pInterface)
         m_pInterface->askYesNo(s_pUnsavedTitle, s_pUnsavedText, std::move(fnAction));
     else
@@ -84,13 +88,21 @@ void TileEditor::openStackLevel(size_t uLevel)
         openDocument(m_vecPathStack[uLevel]);
 }
 
-bool TileEditor::openTile(const std::string& sPath, bool /*bForget*/)
+bool TileEditor::openTile(const std::string& sPath, bool bForget)
 {
     if (!DirectoryManager::ms_pInstance->isValidKeyedPath(sPath) ||
         !DirectoryManager::ms_pInstance->exists(sPath))
     {
         QM_LOG_ERROR("Failed to open tile '", sPath, "' is not a valid path");
         return false;
+    }
+    if (bForget)
+        dropCachedTile(sPath);
+    else if (sPath == documentPath() || m_mapCachedTileStates.contains(sPath))
+    {
+        // Leaving the open document first puts it among those that can be returned to.
+        closeDocument();
+        return returnToTile(sPath);
     }
     BugSplatUtil::setCurrentFile(sPath);
     // The image is checked before the open document has to go; see reinitialise().
@@ -103,6 +115,8 @@ bool TileEditor::openTile(const std::string& sPath, bool /*bForget*/)
         BugSplatUtil::setCurrentFile(m_vecPathStack.empty() ? std::string() : m_vecPathStack.back());
         return false;
     }
+    // The open document may have been left under this very path.
+    dropCachedTile(sPath);
     m_vecPathStack = {sPath};
     skipPendingChanges();
     markInterfaceDirty(0);
@@ -120,6 +134,9 @@ void TileEditor::reinitialise(int32_t iWidth, int32_t iHeight, uint32_t uType, c
 
 void TileEditor::closeDocument()
 {
+    // What isn't a step yet becomes one, so that coming back brings it back.
+    if (isDocumentOpen() && m_pending.isPending() && !documentPath().empty())
+        pushPending();
     if (m_bGroundOpen)
     {
         if (m_pGroundView)
@@ -129,7 +146,7 @@ void TileEditor::closeDocument()
         m_bGroundOpen = false;
     }
     m_bObjectsOpen = false;
-    m_pTile.reset();
+    leaveTile();
     m_bStrokeActive = false;
     m_bStrokeDirty = false;
     m_pending.clear();

@@ -68,8 +68,8 @@ std::vector<MenuEntry> buildLeftBar(EditorActionsI& actions, EditorInterfaceI& w
               entry(withShortcut(keys, "Save ", ActionSave), "Save", [&actions] { actions.save(); }),
               entry(withShortcut(keys, "Save As ", ActionSaveAs), "SaveAs",
                     [&windows] { windows.showSaveAsWindow(); }),
-              separator(), later("Delete Tile", "Delete Tile"), separator(),
-              entry("Exit", "Exit", [&actions] { actions.requestExit(); })}),
+              separator(), entry("Delete Tile", "Delete Tile", [&actions] { actions.deleteTile(); }),
+              separator(), entry("Exit", "Exit", [&actions] { actions.requestExit(); })}),
         menu("Editor", {later(withShortcut(keys, "Show Grid ", ActionToggleGrid), "Show Grid", Kind::Check),
                         later("Show Origin", "Show Origin", Kind::Check), separator(),
                         later("Random Z Rotation", "Random Z Rotation", Kind::Check)}),
@@ -87,7 +87,12 @@ std::vector<MenuEntry> buildLeftBar(EditorActionsI& actions, EditorInterfaceI& w
 std::vector<EntryState> leftBarStates(EditorActionsI& actions)
 {
     const bool bOpen = actions.isDocumentOpen();
-    return {{.sId = "Save", .bEnabled = bOpen}, {.sId = "SaveAs", .bEnabled = bOpen}};
+    const bool bDelete = bOpen && actions.canDeleteTile();
+    return {{.sId = "Save", .bEnabled = bOpen},
+            {.sId = "SaveAs", .bEnabled = bOpen},
+            {.sId = "Delete Tile",
+             .bEnabled = bDelete,
+             .sLabel = bDelete ? "#ff5566Delete Tile" : "Delete Tile"}};
 }
 
 std::vector<MenuEntry> buildToolButtons(EditorActionsI& actions, const KeyBindings& keys)
@@ -139,11 +144,48 @@ std::vector<MenuEntry> buildToolButtons(EditorActionsI& actions, const KeyBindin
     return vecButtons;
 }
 
+MenuEntry buildHistoryMenu(EditorActionsI& actions)
+{
+    const HistoryStatus history = actions.history();
+    const std::string sUsed = memoryText(history.uBytesUsed);
+    const std::string sStep =
+        history.uStateIndex == history.steps()
+            ? std::to_string(history.steps())
+            : std::to_string(history.uStateIndex) + "/" + std::to_string(history.steps());
+    MenuEntry made = menu(" ( " + sUsed + " " + sStep + ")", {});
+    made.sId = "History";
+    made.sTip = "History: the memory and the steps of undo";
+    const auto add = [&](std::string sLabel, const char* pId, bool bEnabled, Action fnAction)
+    {
+        made.vecChildren.push_back(entry(std::move(sLabel), pId, std::move(fnAction)));
+        made.vecChildren.back().bEnabled = bEnabled;
+    };
+    add("Undo #BBBBBB(ctrl+z)", "Undo", history.steps() > 1 && history.uStateIndex > 0,
+        [&actions] { actions.undo(); });
+    add("Redo #BBBBBB(ctrl+shift+z)", "Redo", history.steps() > history.uStateIndex,
+        [&actions] { actions.redo(); });
+    add("Restore from disk", "Restore", !actions.pathStack().empty(),
+        [&actions] { actions.restoreFromDisk(); });
+    add("Reset Undo History ( " + sUsed + " / " + memoryText(history.uBytesLimit) + " )", "ResetHistory",
+        history.steps() > 1 || history.bHasCached, [&actions] { actions.resetUndoHistory(); });
+    if (history.bHasCached)
+        made.vecChildren.push_back(separator());
+    for (const CachedDocument& cached : history.vecCached)
+        made.vecChildren.push_back(
+            {.sLabel = escapeCaption(fileName(cached.sPath)) + (cached.bUnsaved ? "*" : "") + " ( " +
+                       memoryText(cached.uBytes) + " )",
+             .sTip = escapeCaption(cached.sPath),
+             .fnAction = [&actions, sPath = cached.sPath] { actions.openDocument(sPath); }});
+    return made;
+}
+
 std::vector<MenuEntry> buildRightBar(EditorActionsI& actions)
 {
     const std::vector<std::string> vecStack = actions.pathStack();
-    if (!actions.isDocumentOpen() || vecStack.empty())
+    if (!actions.isDocumentOpen())
         return {};
+    if (vecStack.empty())
+        return {buildHistoryMenu(actions)};
     std::vector<MenuEntry> vecBar;
     vecBar.push_back(
         {.sId = "Back",
@@ -161,6 +203,7 @@ std::vector<MenuEntry> buildRightBar(EditorActionsI& actions)
                                     .sTip = escapeCaption(vecStack[i]),
                                     .fnAction = [&actions, i] { actions.openStackLevel(i); }});
     vecBar.push_back(std::move(name));
+    vecBar.push_back(buildHistoryMenu(actions));
     return vecBar;
 }
 

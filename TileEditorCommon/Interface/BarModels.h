@@ -39,7 +39,10 @@ struct EntryState
 /// The tool buttons. Colours and checks come with the list.
 [[nodiscard]] std::vector<MenuEntry> buildToolButtons(EditorActionsI& actions, const KeyBindings& keys);
 
-/// "Back" and the name of the document; empty for a document that has no path.
+/// Its label tells memory and step; a document that was left stands behind the entries.
+[[nodiscard]] MenuEntry buildHistoryMenu(EditorActionsI& actions);
+
+/// "Back" and the name of a document that has a path, then the history; empty without a document.
 [[nodiscard]] std::vector<MenuEntry> buildRightBar(EditorActionsI& actions);
 
 } // namespace tilebuilder

@@ -7,7 +7,10 @@ namespace tilebuilder
 
 ToolPanels panelsOf(uint8_t uTool)
 {
-    return {.bBrush = uTool <= ToolClutter, .bTerrainBrush = uTool == ToolHeight};
+    return {.bBrush = uTool <= ToolClutter,
+            .bTerrainBrush = uTool == ToolHeight,
+            .bGroundMaterial = uTool == ToolMaterial,
+            .bColorEditor = uTool == ToolColor};
 }
 
 const std::array<BrushRow, 2>& brushRows()

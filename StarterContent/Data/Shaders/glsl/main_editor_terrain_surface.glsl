@@ -2,8 +2,9 @@
 //
 // Passes: GBUFFER draws it lit; DEPTH writes depth alone.
 // Material maps, one layer a material:
-//   diffuse  RGB colour, with SOFTWARE as display values; A height (0 low to 1 high; 1 everywhere means: blend by weight alone)
-//   asg      R ambient occlusion, G gloss, B height once more
+//   diffuse  RGB colour, with SOFTWARE as display values; A height (0 low to 1 high; 1 everywhere means:
+//            blend by weight alone)
+//   asg      R ambient occlusion, G gloss
 //   normal   R, G: slope along +X and +Y around 0.5; the third part follows from them
 // The ninth material has no weight of its own: it shows where the eight leave room.
 // With SOFTWARE defined a CPU draws: at most two materials a pixel and one normal map.
