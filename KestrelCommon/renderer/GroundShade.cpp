@@ -8,7 +8,7 @@ namespace
 
 constexpr uint32_t s_uSurfaceSlot = 0;
 constexpr uint32_t s_uVerticesSlot = 0;
-constexpr int s_iTexelsAFrame = 24000; ///< of a CPU: some 10 ms of two cores
+constexpr int s_iTexelsAFrame = 12000; ///< of a CPU: some 5 ms of it
 
 } // namespace
 

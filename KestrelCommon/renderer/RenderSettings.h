@@ -20,8 +20,8 @@ struct RenderSettings
     glm::vec3 skyNadir{0.22f, 0.30f, 0.40f};       ///< below the horizon
     glm::vec3 plainColour{0.120f, 0.128f, 0.088f}; ///< of what lies around a tile
     // Fog is measured by the distance to the far plane, where nothing is seen any more.
-    float fogStart = 0.2f;    ///< clear air, as a part of it
-    float fogHalvings = 1.5f; ///< how often a colour is halved over the whole of it
+    float fogStart = 0.25f;   ///< clear air, as a part of it
+    float fogHalvings = 1.2f; ///< how often a colour is halved over the whole of it
     float exposure = 0.9f;
     bool operator==(const RenderSettings&) const = default;
 };
