@@ -11,6 +11,7 @@ struct FakeActions : tilebuilder::EditorActionsI
     tilebuilder::CameraStatus camera;
     bool bOpen = true;
     bool bUnsaved = false;
+    bool bOwn = true;
     std::string sName;
     std::string sDirectory;
     std::vector<std::string> vecStack;
@@ -76,6 +77,8 @@ struct FakeActions : tilebuilder::EditorActionsI
     [[nodiscard]] Uuid documentUuid() const override { return {}; }
     [[nodiscard]] bool isUnsaved() const override { return bUnsaved; }
     [[nodiscard]] tilebuilder::HistoryStatus history() const override { return status; }
+    [[nodiscard]] bool canDeleteTile() const override { return bOwn; }
+    void deleteTile() override { note("delete"); }
     void undo() override { note("undo"); }
     void redo() override { note("redo"); }
     void restoreFromDisk() override { note("restore"); }

@@ -110,6 +110,10 @@ public:
     virtual void openDocument(const std::string& sPath) = 0;
     /// Opens an entry of the path stack, below the last, and cuts the stack behind it.
     virtual void openStackLevel(size_t uLevel) = 0;
+    /// The open document belongs to an item of the user's own, which may be deleted.
+    [[nodiscard]] virtual bool canDeleteTile() const = 0;
+    /// Asks first; the item's folder goes, and an empty tile opens.
+    virtual void deleteTile() = 0;
     virtual void requestExit() = 0;
     /// All tiles that can be opened, looked up on disk, in the order of the list.
     [[nodiscard]] virtual std::vector<TileFile> tileFiles() const = 0;

@@ -136,6 +136,8 @@ public:
     void redo() override;
     void restoreFromDisk() override;
     void resetUndoHistory() override;
+    [[nodiscard]] bool canDeleteTile() const override;
+    void deleteTile() override;
     void requestExit() override;
     [[nodiscard]] std::vector<TileFile> tileFiles() const override;
     [[nodiscard]] CameraStatus cameraStatus() const override;
