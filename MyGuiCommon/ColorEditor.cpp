@@ -138,6 +138,8 @@ void ColorEditor::makeRows(GuiTips& tips)
     m_pHex->setMaxTextLength(9);
     m_pHex->eventEditSelectAccept += MyGUI::newDelegate(this, &ColorEditor::onHexAccept);
     m_pHex->eventKeySetFocus += MyGUI::newDelegate(this, &ColorEditor::onHexFocus);
+    m_pHex->getClientWidget()->eventMouseButtonReleased +=
+        MyGUI::newDelegate(this, &ColorEditor::onHexReleased);
     m_pHex->eventKeyLostFocus += MyGUI::newDelegate(this, &ColorEditor::onHexLostFocus);
     m_pHex->m_fnEscape = [this]
     {
@@ -190,8 +192,10 @@ void ColorEditor::setAlphaShown(bool bShown)
 
 void ColorEditor::setColor(const ColorModel::Rgba& color)
 {
+    const ColorModel::Rgba before = m_model.color();
     m_model.setColor(color);
-    show();
+    if (m_model.color() != before)
+        show();
 }
 
 void ColorEditor::paintArea()
@@ -263,7 +267,16 @@ void ColorEditor::onHexAccept(MyGUI::EditBox* pSender)
 void ColorEditor::onHexFocus(MyGUI::Widget*, MyGUI::Widget*)
 {
     m_bTyping = true;
+    m_bSelectAll = true;
     m_pHex->setTextSelection(0, m_pHex->getTextLength());
+}
+
+/// The press that gave the keyboard set the cursor as well; a click selects all, a drag its part.
+void ColorEditor::onHexReleased(MyGUI::Widget*, int, int, MyGUI::MouseButton)
+
+{
+    if (std::exchange(m_bSelectAll, false) && !m_pHex->isTextSelection())
+        m_pHex->setTextSelection(0, m_pHex->getTextLength());
 }
 
 void ColorEditor::onHexLostFocus(MyGUI::Widget*, MyGUI::Widget*)

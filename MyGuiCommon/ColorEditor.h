@@ -42,6 +42,7 @@ private:
     void onHue(MyGUI::Widget* pSender, int iX, int iY, MyGUI::MouseButton button);
     void onHexAccept(MyGUI::EditBox* pSender);
     void onHexFocus(MyGUI::Widget* pSender, MyGUI::Widget* pOld);
+    void onHexReleased(MyGUI::Widget* pSender, int iX, int iY, MyGUI::MouseButton button);
     void onHexLostFocus(MyGUI::Widget* pSender, MyGUI::Widget* pNew);
     void takeHex();
 
@@ -50,6 +51,7 @@ private:
     std::function<void()> m_fnChanged;
     bool m_bAlpha = false;
     bool m_bTyping = false;    ///< the hex text has the keyboard
+    bool m_bSelectAll = false; ///< the press that gave it the keyboard isn't over
     float m_fShownHue = -1.0f; ///< that the area is painted with
     MyGUI::ImageBox* m_pArea = nullptr;
     MyGUI::ImageBox* m_pHue = nullptr;

@@ -28,11 +28,11 @@ rend::TextureHandle GroundTextures::createTextureArray(std::string_view,
     return m_resources.loadTextureArray(spanPaths, iWidth, iHeight, eLayout, 0, 0);
 }
 
-BrushColours brushColours(uint8_t uTool, const glm::vec4& groundColor)
+BrushColours brushColours(uint8_t uTool, const glm::vec4& strokeColor)
 {
     const glm::vec3 colour = s_arrToolColours[std::min<size_t>(uTool, s_arrToolColours.size() - 1)];
     return {glm::vec4(colour, s_fRimAlpha), uTool == ToolColor
-                                                ? glm::vec4(glm::vec3(groundColor), s_fRimAlpha)
+                                                ? glm::vec4(glm::vec3(strokeColor), s_fRimAlpha)
                                                 : glm::vec4(colour, s_fHalfAlpha)};
 }
 

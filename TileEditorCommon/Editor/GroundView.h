@@ -41,7 +41,7 @@ struct BrushColours
     glm::vec4 half{1.0f}; ///< at half the radius
 };
 /// Tells the painting tools apart; the colour tool's inner circle has the colour that it paints.
-[[nodiscard]] BrushColours brushColours(uint8_t uTool, const glm::vec4& groundColor);
+[[nodiscard]] BrushColours brushColours(uint8_t uTool, const glm::vec4& strokeColor);
 
 /// Publishes a surface to the renderer. Main thread only.
 class GroundView

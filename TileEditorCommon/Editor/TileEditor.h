@@ -9,6 +9,7 @@
 
 #include <functional>
 #include <glm/vec3.hpp>
+#include <glm/vec4.hpp>
 #include <map>
 #include <memory>
 
@@ -179,6 +180,7 @@ private:
     void paintStep(float dt);
     void paint(const glm::vec3& hit, float fStep);
     void paintHeight(const BrushDab& dab, bool bControl);
+    [[nodiscard]] glm::vec4 strokeColor() const;
     void armGroundColor();
     void pickGroundColor();
 

@@ -11,23 +11,13 @@
 namespace tilebuilder
 {
 
-namespace
-{
-
-glm::vec4 toVector(const ColorRgba& color)
-{
-    return {color[0], color[1], color[2], color[3]};
-}
-
-} // namespace
-
 void TileEditor::paintStep(float dt)
 {
     const auto hit = groundUnderCursor();
     const bool bOverWidget = m_pInterface && m_pInterface->isMouseOverWidget();
     if (hit && m_pGroundView && (m_bStrokeActive || !bOverWidget))
         m_pGroundView->drawBrush(*m_pSurface, *hit, static_cast<float>(m_toolState.size) * 0.5f,
-                                 brushColours(m_toolState.tool, toVector(m_toolState.groundColor)));
+                                 brushColours(m_toolState.tool, strokeColor()));
     if (m_services.pInput->buttonState[0] != InputHeld)
     {
         m_bStrokeActive = false;
@@ -61,11 +51,18 @@ void TileEditor::paint(const glm::vec3& hit, float fStep)
         m_pSurface->paintMaterial(static_cast<int32_t>(m_toolState.groundMaterial), bControl, dab);
         break;
     case ToolColor:
-        m_pSurface->paintColor(bControl ? glm::vec4(1.0f) : toVector(m_toolState.groundColor), dab);
+        m_pSurface->paintColor(strokeColor(), dab);
         break;
     default:
         break;
     }
+}
+
+/// What the colour tool paints just now.
+glm::vec4 TileEditor::strokeColor() const
+{
+    const auto& [r, g, b, a] = m_toolState.groundColor;
+    return m_services.pInput->mods() & ModControl ? glm::vec4(1.0f) : glm::vec4(r, g, b, a);
 }
 
 void TileEditor::paintHeight(const BrushDab& dab, bool bControl)

@@ -54,6 +54,7 @@ GroundMaterialWindow::GroundMaterialWindow(MyGUI::Widget* pWindow, EditorActions
         for (const MaterialSetChoice& choice : m_model.sets())
             m_pSets->addItem(escapeCaption(choice.sName));
         m_pSets->eventComboAccept += MyGUI::newDelegate(this, &GroundMaterialWindow::onSet);
+        m_pSets->eventKeyButtonPressed += MyGUI::newDelegate(this, &GroundMaterialWindow::onKey);
     }
     if (m_pList)
     {
@@ -105,6 +106,13 @@ void GroundMaterialWindow::onSet(MyGUI::ComboBox* pSender, size_t uIndex)
     MyGUI::InputManager::getInstance().resetKeyFocusWidget(pSender);
 }
 
+/// Escape closes the list and, once it is closed, gives the keyboard back.
+void GroundMaterialWindow::onKey(MyGUI::Widget* pSender, MyGUI::KeyCode key, MyGUI::Char)
+{
+    if (key == MyGUI::KeyCode::Escape)
+        MyGUI::InputManager::getInstance().resetKeyFocusWidget(pSender);
+}
+
 void GroundMaterialWindow::onItemSize(MyGUI::ItemBox* pSender, MyGUI::IntCoord& coord, bool)
 {
     coord.set(0, 0, pSender->getClientCoord().width / s_iColumns, px(s_iItemHeight));
@@ -130,9 +138,9 @@ void GroundMaterialWindow::onItemDraw(MyGUI::ItemBox*, MyGUI::Widget* pItem,
         if (item.pIcon)
             item.pIcon->setImageTexture(
                 GuiPixels::thumbnail(material.sPicture, item.pIcon->getWidth(), item.pIcon->getHeight()));
-        if (item.pName)
-            GuiText::fitCaption(*item.pName, material.sName, item.pName->getWidth());
-        m_tips.set(pItem, escapeCaption(material.sName));
+        const bool bShortened =
+            item.pName && GuiText::fitCaption(*item.pName, material.sName, item.pName->getWidth());
+        m_tips.set(pItem, bShortened ? escapeCaption(material.sName) : std::string());
     }
     if (item.pFrame)
     {

@@ -2,6 +2,7 @@
 
 #include "TileEditorCommon/Interface/GroundMaterialModel.h"
 
+#include <MyGUI_KeyCode.h>
 #include <MyGUI_Prerequest.h>
 #include <MyGUI_Types.h>
 
@@ -31,6 +32,7 @@ private:
     void rebuild();
     void showSelection();
     void onSet(MyGUI::ComboBox* pSender, size_t uIndex);
+    void onKey(MyGUI::Widget* pSender, MyGUI::KeyCode key, MyGUI::Char uChar);
     void onItemSize(MyGUI::ItemBox* pSender, MyGUI::IntCoord& coord, bool bDrag);
     void onItemWidget(MyGUI::ItemBox* pSender, MyGUI::Widget* pItem);
     void onItemDraw(MyGUI::ItemBox* pSender, MyGUI::Widget* pItem, const MyGUI::IBDrawItemInfo& info);

@@ -12,8 +12,8 @@ namespace
 
 constexpr float s_fSide = Canvas::s_iSide;
 
-constexpr std::array<Colour, 3> s_arrRedLeaves = {rgb(146, 72, 38), rgb(128, 58, 36), rgb(164, 92, 44)};
-constexpr std::array<Colour, 3> s_arrGoldLeaves = {rgb(186, 134, 56), rgb(172, 112, 48), rgb(150, 112, 62)};
+constexpr std::array<Colour, 3> s_arrRedLeaves = {rgb(136, 76, 48), rgb(118, 62, 43), rgb(152, 94, 55)};
+constexpr std::array<Colour, 3> s_arrGoldLeaves = {rgb(172, 131, 70), rgb(158, 110, 60), rgb(142, 112, 72)};
 constexpr std::array<Colour, 3> s_arrBrownLeaves = {rgb(112, 78, 50), rgb(92, 64, 44), rgb(128, 94, 60)};
 
 /// Paints again over what is there.
@@ -39,7 +39,7 @@ void paintRustyGrass(Canvas& canvas)
                          .fHalfWidth = 1.25f,
                          .fHeight = 4.2f,
                          .arrRoots = {rgb(94, 72, 40), rgb(104, 84, 46), rgb(82, 78, 44)},
-                         .arrTips = {rgb(164, 112, 58), rgb(178, 138, 74), rgb(138, 126, 66)},
+                         .arrTips = {rgb(154, 108, 66), rgb(164, 132, 82), rgb(128, 118, 70)},
                          .fClumps = 1.05f});
 }
 
@@ -229,8 +229,8 @@ void paintFadedTurf(Canvas& canvas)
                          .fLongest = 13.0f,
                          .fHalfWidth = 1.15f,
                          .fHeight = 2.2f,
-                         .arrRoots = {rgb(92, 86, 44), rgb(106, 92, 48), rgb(104, 96, 54)},
-                         .arrTips = {rgb(140, 130, 66), rgb(156, 136, 74), rgb(162, 144, 86)},
+                         .arrRoots = {rgb(88, 84, 52), rgb(100, 90, 56), rgb(100, 94, 60)},
+                         .arrTips = {rgb(124, 120, 76), rgb(140, 126, 86), rgb(146, 134, 96)},
                          .fClumps = 0.95f});
     paintLeaves(canvas, {.uSeed = 293,
                          .iCount = 130,
