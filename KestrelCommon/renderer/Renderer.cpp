@@ -2,6 +2,7 @@
 
 #include "KestrelCommon/Resources/ResourceManager.h"
 #include "KestrelCommon/Resources/ShaderSource.h"
+#include "KestrelCommon/renderer/ClutterDraw.h"
 
 #include <glm/geometric.hpp>
 #include <glm/matrix.hpp>
@@ -73,7 +74,9 @@ void setGroundInput(PipelineDesc& desc)
 
 Renderer::Renderer(GraphicsDeviceI& device, resource::ResourceManager& resources)
     : m_device(device),
-      m_resources(resources)
+      m_resources(resources),
+      m_pCullingGroups(std::make_unique<CullingGroups>()),
+      m_pClutterDraw(std::make_unique<ClutterDraw>(device, resources))
 {
     m_frameBuffer = m_device.createBuffer({"CB_FRAME", sizeof(FrameData), 0, BufferKind::Constant, true}, {});
 }
@@ -140,6 +143,16 @@ TerrainSurfaceBindings& Renderer::terrainBindings()
     return *m_pTerrainBindings;
 }
 
+bool Renderer::loadClutter(const tile::ClutterDatabase& database)
+{
+    return m_pClutterDraw->load(database);
+}
+
+const ClutterTypes& Renderer::clutterTypes() const
+{
+    return m_pClutterDraw->types();
+}
+
 void Renderer::resetForGroundTile()
 {
     m_eSceneMode = SceneMode::GroundTile;
@@ -180,6 +193,9 @@ void Renderer::render(TargetHandle target, int iWidth, int iHeight, const SceneV
     m_device.setUniformBuffer(s_uFrameSlot, m_frameBuffer);
     drawGround();
     drawQuads(view);
+    m_pClutterDraw->draw(*m_pCullingGroups, {.viewProjection = view.projection * view.view,
+                                             .camera = glm::vec2(glm::inverse(view.view)[3]),
+                                             .bWindow = !target});
     if (bSky && m_skyPipeline)
     {
         m_device.setPipeline(m_skyPipeline);

@@ -3,6 +3,7 @@
 #include "KestrelCommon/Platform/VirtualKeys.h"
 #include "KestrelCommon/Services/InputManager.h"
 #include "KestrelCommon/renderer/Camera.h"
+#include "TileEditorCommon/Clutter/EditorTerrainClutter.h"
 #include "TileEditorCommon/Contracts/BrushDab.h"
 #include "TileEditorCommon/Editor/GroundView.h"
 #include "TileEditorCommon/Editor/TileEditor.h"
@@ -40,6 +41,8 @@ void TileEditor::paint(const glm::vec3& hit, float fStep)
         return;
     const BrushDab dab{hit.x, hit.y, fRadius, StrokeClock::dabStrength(m_toolState.strength, fStep),
                        m_toolState.pBrush};
+    if (m_toolState.tool == ToolClutter)
+        m_pClutter->paint(m_toolState.clutterSelection, dab, m_services.pInput->mods() & ModControl);
     if (m_toolState.tool != ToolHeight)
         return;
     switch (m_toolState.heightMode)
