@@ -119,11 +119,12 @@ bool ClutterDraw::load(const tile::ClutterDatabase& database)
     {
         const auto vertices = std::as_bytes(std::span(mesh.vecVertices));
         const auto indices = std::as_bytes(std::span(mesh.vecIndices));
-        m_vecMeshes.push_back({m_resources.createBuffer(vertices, vertices.size(), sizeof(ClutterVertex),
-                                                        "Clutter Mesh", BufferKind::Vertex),
-                               m_resources.createBuffer(indices, indices.size(), sizeof(uint16_t),
-                                                        "Clutter Index", BufferKind::Index),
-                               static_cast<uint32_t>(mesh.vecIndices.size())});
+        m_vecMeshes.push_back(
+            {m_resources.createBuffer(vertices, vertices.size(), sizeof(ClutterVertex), "Clutter Mesh",
+                                      BufferKind::Vertex),
+             m_resources.createBuffer(indices, indices.size(), sizeof(uint16_t), "Clutter Index",
+                                      BufferKind::Index),
+             m_device.isSoftware() ? mesh.uCoreIndices : static_cast<uint32_t>(mesh.vecIndices.size())});
     }
     m_textures = m_resources.loadTextureArray(m_types.textures(), s_iTextureSide, s_iTextureSide,
                                               resource::TextureResourceLayout::Bc3, 0, 0);

@@ -53,9 +53,14 @@ void ClutterGather::gather(const CullingGroups& groups, const Frustum& frustum, 
         const bool bNear = pGroup->isNear(camera);
         if ((pGroup->flags() & (bNear ? GroupHasClutter : GroupHasImpostors)) == 0)
             continue;
-        const float fBeyond = std::max(distanceTo(pGroup->box(), camera) - density.fFullRange, 0.0f);
-        (bNear ? m_vecNear : m_vecFar).push_back({pGroup.get(), 1.0f / (1.0f + 0.0025f * fBeyond * fBeyond)});
+        const float fAway = distanceTo(pGroup->box(), camera);
+        const float fBeyond = std::max(fAway - density.fFullRange, 0.0f);
+        (bNear ? m_vecNear : m_vecFar)
+            .push_back({pGroup.get(), fAway, 1.0f / (1.0f + 0.0025f * fBeyond * fBeyond)});
     }
+    // What is in front is drawn first, so that little is shaded twice.
+    std::sort(m_vecNear.begin(), m_vecNear.end(),
+              [](const View& a, const View& b) { return a.fAway < b.fAway; });
     share(m_vecNear, density.fNearBudget, true);
     share(m_vecFar, density.fFarBudget, false);
     gatherNear();
@@ -72,14 +77,23 @@ void ClutterGather::share(std::vector<View>& vecViews, float fBudget, bool bNear
         const StaticCullingGroup::Clutter& clutter = view.pGroup->clutter();
         return static_cast<float>(bNear ? clutter.vecSorted.size() : clutter.vecImpostors.size());
     };
-    float fScale = 1.0f;
-    float fSum = 0.0f;
+    float fTotal = 0.0f;
     for (const View& view : vecViews)
-        fSum += countOf(view) * view.fWeight;
-    if (fSum > fBudget)
-        fScale = fBudget / fSum;
-    for (View& view : vecViews)
-        view.fShare = std::min(view.fWeight * fScale, 1.0f);
+        fTotal += countOf(view);
+    if (fTotal <= fBudget)
+        return;
+    float fScale = 1.0f;
+    // No group can take more than all it has, so what is left over goes to the others.
+    for (int iPass = 0; iPass < 4; ++iPass)
+    {
+        float fSum = 0.0f;
+        for (View& view : vecViews)
+        {
+            view.fShare = std::min(view.fWeight * fScale, 1.0f);
+            fSum += countOf(view) * view.fShare;
+        }
+        fScale *= fBudget / std::max(fSum, 1.0f);
+    }
 }
 
 void ClutterGather::gatherNear()
@@ -90,7 +104,7 @@ void ClutterGather::gatherNear()
     tbb::parallel_for(tbb::blocked_range<size_t>(0, m_vecNear.size(), s_uGroupsInTask),
                       [&](const auto& range)
                       {
-                          for (size_t u = range.begin(); u < range.end(); ++u)
+                          for (auto u = static_cast<uint32_t>(range.begin()); u < range.end(); ++u)
                           {
                               const StaticCullingGroup::Clutter& clutter = m_vecNear[u].pGroup->clutter();
                               size_t uRun = uRuns.fetch_add(clutter.vecBatches.size());
@@ -98,7 +112,7 @@ void ClutterGather::gatherNear()
                               {
                                   if (uRun >= s_uMaxBatches)
                                       break;
-                                  m_vecRuns[uRun++] = {batch.uType,
+                                  m_vecRuns[uRun++] = {batch.uType, u,
                                                        shareOf(batch.uCount, m_vecNear[u].fShare),
                                                        clutter.vecSorted.data() + batch.uFirst};
                               }
@@ -110,10 +124,9 @@ void ClutterGather::gatherNear()
         return;
     }
     m_vecRuns.resize(uRuns);
-    // By place within a type, so that the order of the tasks can't be seen.
     std::sort(m_vecRuns.begin(), m_vecRuns.end(),
               [](const Run& a, const Run& b)
-              { return a.uType != b.uType ? a.uType < b.uType : std::less<>()(a.pFrom, b.pFrom); });
+              { return a.uType != b.uType ? a.uType < b.uType : a.uView < b.uView; });
     size_t uTotal = 0;
     for (Run& run : m_vecRuns)
     {
@@ -142,7 +155,7 @@ void ClutterGather::gatherFar()
     size_t uTotal = 0;
     const auto add = [&](uint32_t uCount, const ClutterInstance* pFrom)
     {
-        m_vecRuns.push_back({0, uCount, pFrom, uTotal});
+        m_vecRuns.push_back({0, 0, uCount, pFrom, uTotal});
         uTotal += uCount;
     };
     for (const View& view : m_vecFar)

@@ -52,6 +52,7 @@ private:
     struct View
     {
         const StaticCullingGroup* pGroup;
+        float fAway;   ///< metres from the camera, in X and Y
         float fWeight; ///< share that it gets when there is a limit, before scaling
         float fShare = 1.0f;
     };
@@ -59,6 +60,7 @@ private:
     struct Run
     {
         uint32_t uType;
+        uint32_t uView; ///< place of its group in the list of views
         uint32_t uCount;
         const ClutterInstance* pFrom;
         size_t uTo = 0;

@@ -60,6 +60,8 @@ public:
             m_vecTexCoords.push_back(place);
             return true;
         }
+        if (sKind == "g" && takeWord(sLine) == "more" && m_mesh.uCoreIndices == 0)
+            m_mesh.uCoreIndices = static_cast<uint32_t>(m_mesh.vecIndices.size());
         return sKind != "f" || takeFace(sLine);
     }
 
@@ -67,6 +69,8 @@ public:
     {
         if (m_mesh.vecIndices.empty())
             return std::nullopt;
+        if (m_mesh.uCoreIndices == 0)
+            m_mesh.uCoreIndices = static_cast<uint32_t>(m_mesh.vecIndices.size());
         return std::move(m_mesh);
     }
 

@@ -21,10 +21,12 @@ struct ClutterMesh
 {
     std::vector<ClutterVertex> vecVertices;
     std::vector<uint16_t> vecIndices; ///< triangles, counter-clockwise is front
+    uint32_t uCoreIndices = 0;        ///< the first of them, which do where a CPU draws
     Aabb box;
 };
 
-/// Reads the "v", "vt", "vn" and "f" lines of a Wavefront text; polygons become fans. Nothing, with one
+/// Reads the "v", "vt", "vn" and "f" lines of a Wavefront text; polygons become fans, and the first line
+/// "g more" ends the core. Nothing, with one
 /// line, when a line is broken, a face refers to nothing, or there are above 65535 vertices.
 [[nodiscard]] std::optional<ClutterMesh> parseClutterMesh(std::string_view sText, std::string_view sName);
 

@@ -20,6 +20,7 @@ ClutterShape tuft(float fWidth, float fLean)
     ClutterShape shape;
     for (int i = 0; i < 3; ++i)
         shape.upright(static_cast<float>(i) * 60.0f + 8.0f, 0.0f, fWidth, 4.0f, i % 2 ? 0.15f : -0.15f);
+    shape.endCore();
     for (int i = 0; i < 3; ++i)
         shape.upright(static_cast<float>(i) * 120.0f + 40.0f, 0.42f * fWidth * 0.5f, fWidth * 0.85f, 3.1f,
                       fLean);
@@ -52,12 +53,12 @@ ClutterShape flowerShape()
 ClutterShape cloverShape()
 {
     ClutterShape shape;
-    constexpr Cut s_leaves{0.0f, 0.5f, 0.0f, 1.0f};
+    constexpr Cut s_leaves{0.0f, 0.5f, 0.0f, 0.5f};
     constexpr Cut s_flowers{0.5f, 1.0f, 0.0f, 1.0f};
-    for (int i = 0; i < 3; ++i)
-        shape.upright(static_cast<float>(i) * 60.0f, 0.0f, 2.6f, 2.6f, 0.3f, s_leaves);
+    shape.lying(0.0f, 0.0f, 1.3f, 1.5f, 0.0f, 0.25f, -0.2f, s_leaves);
+    shape.lying(0.25f, -0.2f, 2.1f, 1.05f, 130.0f, -0.2f, 0.3f, s_leaves);
     for (int i = 0; i < 2; ++i)
-        shape.upright(static_cast<float>(i) * 90.0f + 30.0f, 0.2f, 1.8f, 4.0f, 0.2f, s_flowers);
+        shape.upright(static_cast<float>(i) * 90.0f + 30.0f, 0.1f, 1.1f, 4.0f, 0.1f, s_flowers);
     return shape;
 }
 
@@ -76,6 +77,7 @@ ClutterShape pebbleShape()
 {
     ClutterShape shape;
     shape.stone(0.1f, 0.05f, 0.46f, 0.36f, 3.2f, 20.0f, 3, {0.0f, 0.5f, 0.0f, 1.0f});
+    shape.endCore();
     shape.stone(-0.75f, 0.5f, 0.28f, 0.22f, 2.0f, 70.0f, 5, {0.5f, 1.0f, 0.0f, 0.5f});
     shape.stone(0.45f, -0.8f, 0.20f, 0.25f, 1.6f, 130.0f, 7, {0.5f, 1.0f, 0.5f, 1.0f});
     return shape;
@@ -87,6 +89,8 @@ ClutterShape leavesShape()
     Dice dice(17);
     for (int i = 0; i < 8; ++i)
     {
+        if (i == 5)
+            shape.endCore();
         const float fLeft = i % 2 ? 0.5f : 0.0f;
         const float fLow = i / 2 % 2 ? 0.5f : 0.0f;
         shape.lying(dice.roll(-1.1f, 1.1f), dice.roll(-1.1f, 1.1f), dice.roll(1.2f, 2.4f),
@@ -248,28 +252,23 @@ void paintClover(Sprite& sprite)
 {
     Dice dice(21);
     const std::array<Colour, 3> arrGreens = {rgb(70, 104, 52), rgb(84, 120, 60), rgb(64, 96, 54)};
-    for (int i = 0; i < 46; ++i)
+    // Seen from above, a round patch that frays at its rim.
+    for (int i = 0; i < 170; ++i)
     {
-        const float fX = dice.roll(0.06f, 0.44f);
-        const float fTop = dice.roll(0.12f, 0.9f) * (1.0f - 3.4f * (fX - 0.25f) * (fX - 0.25f) * 4.0f);
+        const float fAround = dice.roll(0.0f, 6.283f);
+        const float fOut = 0.215f * std::sqrt(dice.roll()) * (0.8f + 0.2f * std::sin(fAround * 3.0f + 1.0f));
+        const float fX = 0.25f + fOut * std::cos(fAround);
+        const float fY = 0.25f + fOut * std::sin(fAround);
         const Colour green = scaled(arrGreens[static_cast<size_t>(dice.roll(0.0f, 2.99f))],
-                                    (0.72f + 0.36f * static_cast<float>(i) / 46.0f));
-        sprite.blade({.fX = blend(fX, 0.25f, 0.5f),
-                      .fTipX = fX,
-                      .fTipY = fTop,
-                      .fBend = 0.0f,
-                      .fHalfWidth = 0.004f,
-                      .bRound = true,
-                      .root = scaled(green, 0.7f),
-                      .tip = green});
-        const float fTurn = dice.roll(-0.5f, 0.5f);
+                                    0.66f + 0.42f * static_cast<float>(i) / 170.0f);
+        const float fTurn = dice.roll(0.0f, 6.283f);
         for (int k = 0; k < 3; ++k)
         {
-            const float fAngle = fTurn + 0.5f + static_cast<float>(k) * 1.07f;
-            sprite.ellipse(fX + 0.026f * std::cos(fAngle), fTop + 0.036f * std::sin(fAngle), 0.036f, 0.026f,
-                           fAngle, green);
-            sprite.ellipse(fX + 0.024f * std::cos(fAngle), fTop + 0.034f * std::sin(fAngle), 0.014f, 0.007f,
-                           fAngle + 1.57f, mix(green, rgb(176, 196, 150), 0.5f));
+            const float fAngle = fTurn + static_cast<float>(k) * 2.094f;
+            const float fLeafX = fX + 0.017f * std::cos(fAngle);
+            const float fLeafY = fY + 0.017f * std::sin(fAngle);
+            sprite.ellipse(fLeafX, fLeafY, 0.019f, 0.016f, fAngle, green);
+            sprite.ellipse(fLeafX, fLeafY, 0.004f, 0.010f, fAngle, mix(green, rgb(170, 190, 144), 0.35f));
         }
     }
     for (int i = 0; i < 6; ++i)
@@ -373,7 +372,7 @@ void paintFern(Sprite& sprite)
                           .fTipX = 0.5f + fSide * fLong,
                           .fTipY = std::min(t + 0.10f * fLong / 0.44f + 0.02f, 0.995f),
                           .fBend = fSide * 0.12f,
-                          .fHalfWidth = 0.019f * (0.45f + fLong * 1.3f),
+                          .fHalfWidth = 0.034f * (0.45f + fLong * 1.3f),
                           .root = scaled(green, 0.82f),
                           .tip = green});
     }

@@ -189,6 +189,8 @@ std::string ClutterShape::text() const
     };
     for (const Triangle& triangle : m_vecTriangles)
     {
+        if (m_uCore > 0 && &triangle == m_vecTriangles.data() + m_uCore)
+            sFaces += "g more\n";
         sFaces += 'f';
         for (const Corner& corner : triangle)
         {

@@ -47,6 +47,9 @@ public:
     void chip(float fX, float fY, float fHalfLength, float fHalfWidth, float fHigh, float fDegrees,
               const PictureCut& cut);
 
+    /// What comes after is left out where drawing is slow.
+    void endCore() { m_uCore = m_vecTriangles.size(); }
+
     [[nodiscard]] const std::vector<Triangle>& triangles() const { return m_vecTriangles; }
     /// As a Wavefront text.
     [[nodiscard]] std::string text() const;
@@ -56,6 +59,7 @@ private:
     void flatQuad(Corner a, Corner b, Corner c, Corner d);
 
     std::vector<Triangle> m_vecTriangles;
+    size_t m_uCore = 0; ///< triangles; 0: all
 };
 
 } // namespace content

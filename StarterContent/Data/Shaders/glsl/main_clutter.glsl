@@ -19,7 +19,7 @@ layout(location = 4) in vec4 inGround; // normal, height
 layout(location = 5) in uint inColourIndex;
 
 out vec3 texCoord; // z: layer
-out vec3 lit;      // tint and light
+out vec3 lit; // tint and light
 out vec4 air;
 out vec2 edge; // alpha that is seen, and how much of a grain is added at the root
 
@@ -32,11 +32,11 @@ void main()
     vec3 ground = normalize(inGround.xyz);
     bool impostor = ((hasImpostor[type >> 7][(type >> 5) & 3u] >> (type & 31u)) & 1u) != 0u;
 
+    float clumps = clumpsAt(inPlace);
     float distanceTo = distance(inPlace, eye.xy);
-    float size = sizeAt(inPlace, record.y, dice.x) * shrinkAt(distanceTo, impostor);
-    float sine = sin(dice.y * 6.2832);
-    float cosine = cos(dice.y * 6.2832);
-    mat2 turn = mat2(cosine, sine, -sine, cosine);
+    float size = sizeAt(clumps, record.y, dice.x) * shrinkAt(distanceTo, impostor);
+    vec2 turned = normalize(wave(vec2(dice.y + 0.25, dice.y)));
+    mat2 turn = mat2(turned.x, turned.y, -turned.y, turned.x);
     vec3 local = vec3(turn * inPosition.xy, inPosition.z * record.x) * (0.25 * size);
     vec3 normal = vec3(turn * inNormal.xy, inNormal.z);
     if ((flags & 8u) != 0u)
@@ -60,9 +60,9 @@ void main()
     float up = clamp(inPosition.z * 0.25, 0.0, 1.0);
     if ((flags & 2u) != 0u)
     {
-        float gust = sin(clutterTime.x * 0.55 + dot(inPlace, vec2(0.06, 0.045)));
-        float wave = sin(clutterTime.x * 1.9 + dot(inPlace, vec2(0.41, 0.29)) + dice.w * 2.0);
-        float bend = (0.05 + 0.035 * gust + 0.04 * (1.3 + gust) * wave) * up * up * record.x * size;
+        float gust = wave(clutterTime.x * 0.09 + dot(inPlace, vec2(0.0095, 0.007)));
+        float sway = wave(clutterTime.x * 0.31 + dot(inPlace, vec2(0.065, 0.046)) + dice.w * 0.3);
+        float bend = (0.05 + 0.035 * gust + 0.04 * (1.3 + gust) * sway) * up * up * record.x * size;
         local.xy += vec2(0.8, 0.6) * bend;
     }
 
@@ -73,8 +73,9 @@ void main()
 
     texCoord = vec3(inTexCoord, float(type));
     float shade = mix(0.42, 1.08, smoothstep(-0.05, 0.75, up));
-    lit = tintAt(inColourIndex, inPlace, dice) * plantLight(normal) * shade;
-    air = airBefore(position);
+    LeafLight light = leafLight(tintAt(inColourIndex, clumps, dice) * plantLight(normal) * shade, position);
+    lit = light.light;
+    air = light.air;
     // Coarser pictures are thinner: what still counts as leaf goes down with distance.
     edge = vec2(mix(0.5, 0.22, smoothstep(4.0, 55.0, distanceTo)), 0.55 * (1.0 - smoothstep(0.0, 0.16, up)));
 }
@@ -95,6 +96,6 @@ void main()
     float grain = fract(52.9829189 * fract(dot(gl_FragCoord.xy, vec2(0.0671106, 0.0583715))));
     if (leaf.a < edge.x + edge.y * grain)
         discard;
-    result = vec4(toDisplay(mix(air.rgb, leaf.rgb * leaf.rgb * lit, air.a)), 1.0);
+    result = vec4(leafColour(leaf.rgb, lit, air), 1.0);
 }
 #endif

@@ -22,8 +22,9 @@ void main()
     vec4 record = impostors[index];
     vec4 dice = placeDice(inPlace);
     vec3 ground = normalize(inGround.xyz);
+    float clumps = clumpsAt(inPlace);
     float distanceTo = distance(inPlace, eye.xy);
-    float size = sizeAt(inPlace, record.x, dice.x) * shrinkAt(distanceTo, true);
+    float size = sizeAt(clumps, record.x, dice.x) * shrinkAt(distanceTo, true);
 
     vec2 corner = vec2(float(gl_VertexID & 1) * 2.0 - 1.0, float(gl_VertexID >> 1));
     vec2 way = eye.w > 0.5 ? viewAxis.xy : inPlace - eye.xy;
@@ -34,8 +35,9 @@ void main()
     gl_Position = viewProjection * vec4(position, 1.0);
 
     texCoord = vec3(corner.x * 0.5 + 0.5, 1.0 - corner.y, float(index));
-    lit = tintAt(inColourIndex, inPlace, dice) * plantLight(ground) * mix(0.55, 1.0, corner.y);
-    air = airBefore(position);
+    LeafLight light = leafLight(tintAt(inColourIndex, clumps, dice) * plantLight(ground) * mix(0.55, 1.0, corner.y), position);
+    lit = light.light;
+    air = light.air;
 }
 #endif
 
@@ -52,6 +54,6 @@ void main()
     vec4 leaf = texture(impostorTextures, texCoord);
     if (leaf.a < 0.3)
         discard;
-    result = vec4(toDisplay(mix(air.rgb, leaf.rgb * leaf.rgb * lit, air.a)), 1.0);
+    result = vec4(leafColour(leaf.rgb, lit, air), 1.0);
 }
 #endif
