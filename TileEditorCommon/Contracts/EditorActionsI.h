@@ -53,6 +53,9 @@ public:
     /// All falloffs in the order of their buttons.
     [[nodiscard]] virtual std::vector<BrushChoice> brushes() const = 0;
 
+    /// The names of all clutter types, by global index.
+    [[nodiscard]] virtual std::vector<std::string> clutterNames() const { return {}; }
+
     // Document
 
     [[nodiscard]] virtual bool isDocumentOpen() const = 0;

@@ -110,6 +110,7 @@ public:
     [[nodiscard]] EditorToolState& toolState() override { return m_toolState; }
     void setTool(uint8_t uTool) override;
     [[nodiscard]] std::vector<BrushChoice> brushes() const override;
+    [[nodiscard]] std::vector<std::string> clutterNames() const override;
     [[nodiscard]] bool isDocumentOpen() const override;
     [[nodiscard]] std::string documentName() const override;
     [[nodiscard]] std::string documentDirectory() const override;

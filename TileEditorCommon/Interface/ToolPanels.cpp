@@ -7,7 +7,9 @@ namespace tilebuilder
 
 ToolPanels panelsOf(uint8_t uTool)
 {
-    return {.bBrush = uTool <= ToolClutter, .bTerrainBrush = uTool == ToolHeight};
+    return {.bBrush = uTool <= ToolClutter,
+            .bTerrainBrush = uTool == ToolHeight,
+            .bClutter = uTool == ToolClutter};
 }
 
 const std::array<BrushRow, 2>& brushRows()

@@ -17,6 +17,7 @@ struct ToolPanels
 {
     bool bBrush = false;
     bool bTerrainBrush = false;
+    bool bClutter = false;
 
     bool operator==(const ToolPanels&) const = default;
 };

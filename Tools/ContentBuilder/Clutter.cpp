@@ -55,8 +55,8 @@ ClutterShape cloverShape()
     ClutterShape shape;
     constexpr Cut s_leaves{0.0f, 0.5f, 0.0f, 0.5f};
     constexpr Cut s_flowers{0.5f, 1.0f, 0.0f, 1.0f};
-    shape.lying(0.0f, 0.0f, 1.3f, 1.5f, 0.0f, 0.25f, -0.2f, s_leaves);
-    shape.lying(0.25f, -0.2f, 2.1f, 1.05f, 130.0f, -0.2f, 0.3f, s_leaves);
+    shape.lying(0.0f, 0.0f, 1.3f, 1.25f, 0.0f, 0.25f, -0.2f, s_leaves);
+    shape.lying(0.25f, -0.2f, 2.1f, 0.9f, 130.0f, -0.2f, 0.3f, s_leaves);
     for (int i = 0; i < 2; ++i)
         shape.upright(static_cast<float>(i) * 90.0f + 30.0f, 0.1f, 1.1f, 4.0f, 0.1f, s_flowers);
     return shape;
@@ -251,16 +251,16 @@ void paintTallDryGrass(Sprite& sprite)
 void paintClover(Sprite& sprite)
 {
     Dice dice(21);
-    const std::array<Colour, 3> arrGreens = {rgb(70, 104, 52), rgb(84, 120, 60), rgb(64, 96, 54)};
+    const std::array<Colour, 3> arrGreens = {rgb(84, 106, 50), rgb(98, 120, 58), rgb(76, 96, 48)};
     // Seen from above, a round patch that frays at its rim.
-    for (int i = 0; i < 170; ++i)
+    for (int i = 0; i < 115; ++i)
     {
         const float fAround = dice.roll(0.0f, 6.283f);
         const float fOut = 0.215f * std::sqrt(dice.roll()) * (0.8f + 0.2f * std::sin(fAround * 3.0f + 1.0f));
         const float fX = 0.25f + fOut * std::cos(fAround);
         const float fY = 0.25f + fOut * std::sin(fAround);
         const Colour green = scaled(arrGreens[static_cast<size_t>(dice.roll(0.0f, 2.99f))],
-                                    0.66f + 0.42f * static_cast<float>(i) / 170.0f);
+                                    0.66f + 0.42f * static_cast<float>(i) / 115.0f);
         const float fTurn = dice.roll(0.0f, 6.283f);
         for (int k = 0; k < 3; ++k)
         {

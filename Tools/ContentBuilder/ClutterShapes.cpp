@@ -42,7 +42,9 @@ void ClutterShape::quad(const Corner& a, const Corner& b, const Corner& c, const
 
 void ClutterShape::flatQuad(Corner a, Corner b, Corner c, Corner d)
 {
-    const Vector normal = unit(cross(minus(c.place, a.place), minus(d.place, b.place)));
+    Vector normal = unit(cross(minus(c.place, a.place), minus(d.place, b.place)));
+    if (normal[2] < 0.0f) // seen from above, whatever its winding
+        normal = {-normal[0], -normal[1], -normal[2]};
     for (Corner* pCorner : {&a, &b, &c, &d})
         pCorner->normal = normal;
     quad(a, b, c, d);

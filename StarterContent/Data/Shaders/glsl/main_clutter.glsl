@@ -38,7 +38,7 @@ void main()
     vec2 turned = normalize(wave(vec2(dice.y + 0.25, dice.y)));
     mat2 turn = mat2(turned.x, turned.y, -turned.y, turned.x);
     vec3 local = vec3(turn * inPosition.xy, inPosition.z * record.x) * (0.25 * size);
-    vec3 normal = vec3(turn * inNormal.xy, inNormal.z);
+    vec3 normal = normalize(vec3(turn * inNormal.xy * record.x, inNormal.z)); // Z is stretched by the height
     if ((flags & 8u) != 0u)
     {
         vec2 tilt = (dice.zw - 0.5) * 0.5;
