@@ -3,6 +3,7 @@
 #include "KestrelCommon/Core/FrameClock.h"
 #include "KestrelCommon/Resources/ResourceManager.h"
 #include "KestrelCommon/Resources/ShaderSource.h"
+#include "KestrelCommon/renderer/ClutterDraw.h"
 
 #include <glm/geometric.hpp>
 #include <glm/matrix.hpp>
@@ -84,6 +85,8 @@ void setGroundInput(PipelineDesc& desc)
 Renderer::Renderer(GraphicsDeviceI& device, resource::ResourceManager& resources)
     : m_device(device),
       m_resources(resources),
+      m_pCullingGroups(std::make_unique<CullingGroups>()),
+      m_pClutterDraw(std::make_unique<ClutterDraw>(device, resources)),
       m_shade(device),
       m_mesh(device),
       m_schedule(device.isSoftware())
@@ -164,6 +167,16 @@ TerrainSurfaceBindings& Renderer::terrainBindings()
     return *m_pTerrainBindings;
 }
 
+bool Renderer::loadClutter(const tile::ClutterDatabase& database)
+{
+    return m_pClutterDraw->load(database);
+}
+
+const ClutterTypes& Renderer::clutterTypes() const
+{
+    return m_pClutterDraw->types();
+}
+
 void Renderer::resetForGroundTile()
 {
     m_eSceneMode = SceneMode::GroundTile;
@@ -203,11 +216,12 @@ void Renderer::render(TargetHandle target, int iWidth, int iHeight, const SceneV
         renderWindow(iWidth, iHeight, view);
         return;
     }
+    m_pClutterDraw->prepare(*m_pCullingGroups);
     updateFrameBuffer(iWidth, iHeight, view);
     if (m_pTerrainBindings)
         m_shade.update(*m_pTerrainBindings, m_settings.sunDirection, m_frameBuffer, s_uFrameSlot, true);
     m_device.beginPass(target, {.arrColour = s_arrBackground});
-    drawScene(view);
+    drawScene(view, false);
     if (view.bLines)
         drawLines();
     m_device.endPass();
@@ -215,6 +229,7 @@ void Renderer::render(TargetHandle target, int iWidth, int iHeight, const SceneV
 
 void Renderer::renderWindow(int iWidth, int iHeight, const SceneView& view)
 {
+    m_pClutterDraw->prepare(*m_pCullingGroups);
     updateFrameBuffer(iWidth, iHeight, view);
     if (m_pTerrainBindings)
         m_shade.update(*m_pTerrainBindings, m_settings.sunDirection, m_frameBuffer, s_uFrameSlot, false);
@@ -228,7 +243,7 @@ void Renderer::renderWindow(int iWidth, int iHeight, const SceneView& view)
             m_sceneSize = *size;
         }
         m_device.beginPass(m_sceneTarget, {.arrColour = s_arrBackground});
-        drawScene(view);
+        drawScene(view, true);
         m_device.endPass();
     }
     const bool bLines = view.bLines && m_pDebugDrawer;
@@ -248,18 +263,23 @@ SceneState Renderer::stateOf(int iWidth, int iHeight, const SceneView& view) con
 {
     SceneState state{view, m_settings, iWidth, iHeight, {}};
     state.view.bLines = false;
-    if (!m_pTerrainBindings)
-        return state;
+    if (m_pTerrainBindings)
+        state.arrContent = groundState(*m_pTerrainBindings);
+    state.arrContent[s_uClutterRevision] = m_pCullingGroups->revision();
+    state.arrContent[s_uClutterTime] = m_pClutterDraw->isMoving() ? FrameClock::ticks() : 0;
+    return state;
+}
+
+std::array<uint64_t, s_uSceneContents> Renderer::groundState(const TerrainSurfaceBindings& ground) const
+{
     // A handle in the high bits beside its revision: neither grows that far in a run.
     const auto content = [this](auto handle)
     { return uint64_t{handle.uId} << 40 ^ m_device.revision(handle); };
-    const TerrainSurfaceBindings& ground = *m_pTerrainBindings;
-    state.arrContent = {content(ground.vertexBuffer), content(ground.indexBuffer),
+    return {content(ground.vertexBuffer), content(ground.indexBuffer),
                         content(ground.surfaceInfo),  content(ground.texture0),
                         content(ground.texture1),     content(ground.diffuseArray),
                         content(ground.asgArray),     content(ground.normalArray),
                         m_shade.revision(),           ground.indexCount};
-    return state;
 }
 
 bool Renderer::hasGround() const
@@ -269,12 +289,15 @@ bool Renderer::hasGround() const
 }
 
 /// From what hides most to what is hidden most.
-void Renderer::drawScene(const SceneView& view)
+void Renderer::drawScene(const SceneView& view, bool bWindow)
 {
     m_device.setUniformBuffer(s_uFrameSlot, m_frameBuffer);
     drawGround(view);
     drawRim();
     drawQuads(view);
+    m_pClutterDraw->draw(*m_pCullingGroups, {.viewProjection = view.projection * view.view,
+                                             .camera = glm::vec2(glm::inverse(view.view)[3]),
+                                             .bWindow = bWindow});
     if (view.uQuads != 0)
         return; // they reach as far as the view
     drawSurroundings();

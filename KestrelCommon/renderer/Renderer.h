@@ -12,8 +12,17 @@ namespace resource
 class ResourceManager;
 }
 
+namespace tile
+{
+class ClutterDatabase;
+}
+
 namespace rend
 {
+
+class ClutterDraw;
+class ClutterTypes;
+class CullingGroups;
 
 enum class SceneMode : uint8_t
 {
@@ -41,6 +50,13 @@ public:
     /// Made on first use.
     [[nodiscard]] TerrainSurfaceBindings& terrainBindings();
 
+    /// Where clutter stands.
+    [[nodiscard]] CullingGroups& cullingGroups() { return *m_pCullingGroups; }
+    /// Builds what all clutter types need for drawing. False: a shader is missing or broken.
+    bool loadClutter(const tile::ClutterDatabase& database);
+    [[nodiscard]] const ClutterTypes& clutterTypes() const;
+    [[nodiscard]] const ClutterDraw& clutterDraw() const { return *m_pClutterDraw; }
+
     /// What lines to draw; borrowed, null for none.
     void setDebugDrawer(DebugDrawer* pDrawer) { m_pDebugDrawer = pDrawer; }
     [[nodiscard]] DebugDrawer* debugDrawer() const { return m_pDebugDrawer; }
@@ -60,8 +76,9 @@ private:
     void updateFrameBuffer(int iWidth, int iHeight, const SceneView& view);
     void renderWindow(int iWidth, int iHeight, const SceneView& view);
     [[nodiscard]] SceneState stateOf(int iWidth, int iHeight, const SceneView& view) const;
+    [[nodiscard]] std::array<uint64_t, s_uSceneContents> groundState(const TerrainSurfaceBindings& ground) const;
     [[nodiscard]] bool hasGround() const;
-    void drawScene(const SceneView& view);
+    void drawScene(const SceneView& view, bool bWindow);
     void drawGround(const SceneView& view);
     void drawSurroundings();
     void drawRim();
@@ -72,6 +89,8 @@ private:
     GraphicsDeviceI& m_device;
     resource::ResourceManager& m_resources;
     std::unique_ptr<TerrainSurfaceBindings> m_pTerrainBindings;
+    std::unique_ptr<CullingGroups> m_pCullingGroups;
+    std::unique_ptr<ClutterDraw> m_pClutterDraw;
     DebugDrawer* m_pDebugDrawer = nullptr;
     RenderSettings m_settings;
     SceneMode m_eSceneMode = SceneMode::GroundTile;

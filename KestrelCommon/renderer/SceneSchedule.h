@@ -9,6 +9,11 @@
 namespace rend
 {
 
+/// Places in SceneState::arrContent: ten of the ground, then those of the clutter.
+constexpr size_t s_uClutterRevision = 10;
+constexpr size_t s_uClutterTime = 11;
+constexpr size_t s_uSceneContents = 12;
+
 /// All that a picture of the scene follows from; equal states give equal pictures.
 struct SceneState
 {
@@ -16,7 +21,7 @@ struct SceneState
     RenderSettings settings;
     int iWidth = 0; ///< pixels of the window
     int iHeight = 0;
-    std::array<uint64_t, 10> arrContent{}; ///< handles and revisions of what is drawn
+    std::array<uint64_t, s_uSceneContents> arrContent{}; ///< handles and revisions of what is drawn
     bool operator==(const SceneState&) const = default;
 };
 

@@ -99,6 +99,9 @@ TestScene::TestScene(int iWidth, int iHeight, bool bForceHardwarePath)
     const auto resolve = [](std::string_view sPath)
     {
         constexpr std::string_view s_sKey = "$GAME_DATA/";
+        constexpr std::string_view s_sSurvivalKey = "$SURVIVAL_DATA/";
+        if (sPath.starts_with(s_sSurvivalKey))
+            return std::filesystem::path(QM_GAME_DIR) / "Survival" / sPath.substr(s_sSurvivalKey.size());
         return std::filesystem::path(QM_GAME_DIR) / "Data" /
                (sPath.starts_with(s_sKey) ? sPath.substr(s_sKey.size()) : sPath);
     };

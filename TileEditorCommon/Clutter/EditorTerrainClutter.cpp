@@ -2,6 +2,7 @@
 
 #include "KestrelCommon/Core/Assert.h"
 #include "KestrelCommon/Core/Console.h"
+#include "TileEditorCommon/Clutter/Terrain3ClutterManager.h"
 #include "TileEditorCommon/Contracts/ChangeMask.h"
 #include "TileEditorCommon/Ground/EditorTerrainSurface.h"
 
@@ -18,6 +19,8 @@ EditorTerrainClutter::EditorTerrainClutter(EditorSinkI& sink, const EditorTerrai
 {
 }
 
+EditorTerrainClutter::~EditorTerrainClutter() = default;
+
 void EditorTerrainClutter::init(uint32_t sizeX, uint32_t sizeY)
 {
     m_cellsX = static_cast<int>(sizeX >> 6);
@@ -27,10 +30,19 @@ void EditorTerrainClutter::init(uint32_t sizeX, uint32_t sizeY)
     ++m_revision;
     m_vecCellRevisions.assign(uCells, m_revision);
     m_bToldNoTypes = false;
+    if (m_pManager)
+        m_pManager->clear();
+    m_vecQueued.assign(uCells, 0);
+    m_uQueued = 0;
+    m_uLastSurfaceRevision = m_surface.revision();
 }
 
 void EditorTerrainClutter::release()
 {
+    if (m_pManager)
+        m_pManager->clear();
+    m_vecQueued = {};
+    m_uQueued = 0;
     m_cellsX = m_cellsY = 0;
     m_tileData = {};
     m_vecCellRevisions = {};
@@ -67,6 +79,7 @@ void EditorTerrainClutter::setSamples(int iCellX, int iCellY, std::span<const ui
         return;
     std::ranges::copy(spanSamples, cellData(iCellX, iCellY).begin());
     m_vecCellRevisions[cellIndex(iCellX, iCellY)] = ++m_revision;
+    queueCell(cellIndex(iCellX, iCellY));
     m_sink.markChanged(ChangeClutter);
 }
 
@@ -120,7 +133,10 @@ bool EditorTerrainClutter::readCells(std::span<const ClutterCell> spanCells, uin
                       });
     ++m_revision;
     for (const ClutterCell& cell : spanCells)
+    {
         m_vecCellRevisions[cellIndex(cell.iCellX, cell.iCellY)] = m_revision;
+        queueCell(cellIndex(cell.iCellX, cell.iCellY));
+    }
     reportNoTypes(bNoTypes);
     m_sink.markChanged(ChangeClutter);
     return true;
@@ -136,12 +152,16 @@ uint8_t EditorTerrainClutter::sampleAt(int iCellX, int iCellY, const glm::vec2& 
     const int idx = tile::ClutterTileSamples * trunc(localPosition.y) + trunc(localPosition.x);
     if (!QM_ASSERT_TEXT(idx >= 0 && idx < tile::SamplesPerPatch, "idx >= 0 && idx < tile::SamplesPerPatch"))
         return tile::EmptyClutter;
+    const uint8_t uSample =
+        m_tileData[cellIndex(iCellX, iCellY) * tile::SamplesPerPatch + static_cast<size_t>(idx)];
+    if (uSample == tile::EmptyClutter)
+        return uSample;
     const float fX = static_cast<float>(iCellX * tile::CellSize) + localPosition.x;
     const float fY = static_cast<float>(iCellY * tile::CellSize) + localPosition.y;
     height = m_surface.getHeight(fX, fY);
     normal = m_surface.getNormal(fX, fY);
     color = m_surface.getColor(fX, fY);
-    return samples(iCellX, iCellY)[static_cast<size_t>(idx)];
+    return uSample;
 }
 
 } // namespace tilebuilder

@@ -1,17 +1,26 @@
 #pragma once // The clutter grid of the open tile.
 
 #include "KestrelCommon/Tile/ClutterDatabase.h"
+#include "TileEditorCommon/Contracts/BrushDab.h"
 #include "TileEditorCommon/Contracts/EditorSinkI.h"
 
 #include <glm/vec2.hpp>
 #include <glm/vec3.hpp>
+#include <memory>
 #include <span>
 #include <vector>
+
+namespace rend
+{
+class ClutterTypes;
+class CullingGroups;
+} // namespace rend
 
 namespace tilebuilder
 {
 
 class EditorTerrainSurface;
+class Terrain3ClutterManager;
 
 /// A cell's clutter section, for loading several at once.
 struct ClutterCell
@@ -28,9 +37,16 @@ struct ClutterCell
 class EditorTerrainClutter
 {
 public:
+    static constexpr size_t s_uCellsInFrame = 64;
+
     /// All three must outlive the grid.
     EditorTerrainClutter(EditorSinkI& sink, const EditorTerrainSurface& surface,
                          const tile::ClutterDatabase& database);
+    ~EditorTerrainClutter();
+
+    /// Has the plants stand in these groups from now on; both outlive the grid. Without it the grid is
+    /// only data.
+    void attach(rend::CullingGroups& groups, const rend::ClutterTypes& types);
 
     /// Empty samples for a tile of that size in metres.
     void init(uint32_t sizeX, uint32_t sizeY);
@@ -45,8 +61,23 @@ public:
 
     /// The global index at a position in metres from the cell's corner, with the ground there;
     /// empty and untouched outputs when there is no such cell.
+    /// An empty sample leaves the outputs untouched too.
     [[nodiscard]] uint8_t sampleAt(int iCellX, int iCellY, const glm::vec2& localPosition, float& height,
                                    uint32_t& color, glm::vec3& normal) const;
+
+    /// A tick of a stroke. spanTypes: the global indices that are painted, each as likely as the other,
+    /// or erased, leaving other types alone. A sample is hit with a chance of about the dab's weight
+    /// there; with a weight of 1 or more, always. Without types nothing happens.
+    void paint(std::span<const uint8_t> spanTypes, const BrushDab& dab, bool bErase);
+
+    /// Once a frame, when the surface is rebuilt: renews the plants of at most s_uCellsInFrame cells that
+    /// changed, those near the camera first. With bFollow, cells whose ground changed count as well.
+    void update(const glm::vec2& camera, bool bFollow);
+    /// Renews all that changed, at once.
+    void finishUpdate();
+    [[nodiscard]] size_t queuedCells() const { return m_uQueued; }
+    /// Null until attach().
+    [[nodiscard]] const Terrain3ClutterManager* manager() const { return m_pManager.get(); }
 
     /// The samples of a cell, row by row; empty when there is no such cell.
     [[nodiscard]] std::span<const uint8_t> samples(int iCellX, int iCellY) const;
@@ -64,6 +95,9 @@ private:
     [[nodiscard]] size_t cellIndex(int iCellX, int iCellY) const;
     [[nodiscard]] std::span<uint8_t> cellData(int iCellX, int iCellY);
     void reportNoTypes(bool bNoTypes);
+    void queueCell(size_t uCell);
+    void queueChangedGround();
+    void regenerate(const glm::vec2& camera, size_t uMost);
 
     EditorSinkI& m_sink;
     const EditorTerrainSurface& m_surface;
@@ -74,6 +108,11 @@ private:
     std::vector<uint64_t> m_vecCellRevisions;
     uint64_t m_revision = 0;
     bool m_bToldNoTypes = false; ///< since init()
+
+    std::unique_ptr<Terrain3ClutterManager> m_pManager;
+    std::vector<uint8_t> m_vecQueued; ///< by cell: its plants are out of date
+    size_t m_uQueued = 0;
+    uint64_t m_uLastSurfaceRevision = 0; ///< that the queue has taken account of
 };
 
 } // namespace tilebuilder

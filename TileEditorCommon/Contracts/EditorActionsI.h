@@ -89,6 +89,8 @@ public:
                                 ColorCallback onPicked) = 0;
     /// Writes the target and calls onColorChanged; nothing without a target.
     virtual void changeColor(const ColorRgba& color) = 0;
+    /// The names of all clutter types, by global index.
+    [[nodiscard]] virtual std::vector<std::string> clutterNames() const { return {}; }
 
     // Document
 

@@ -46,6 +46,8 @@ TileEditor::TileEditor(const EditorServices& services, bool bInfoBox, uint64_t u
     if (m_services.pRenderer)
         m_pGroundView = std::make_unique<GroundView>(*m_services.pRenderer, *m_pMaterialSet);
     m_pClutter = std::make_unique<EditorTerrainClutter>(*this, *m_pSurface, *m_pClutterDatabase);
+    if (m_services.pRenderer && m_services.pRenderer->loadClutter(*m_pClutterDatabase))
+        m_pClutter->attach(m_services.pRenderer->cullingGroups(), m_services.pRenderer->clutterTypes());
     m_toolState.tool = ToolPlace;
     newTile(1);
 }

@@ -121,6 +121,7 @@ public:
     void setColorTarget(ColorRgba* pTarget, uint8_t uKind, ColorCallback onChanged,
                         ColorCallback onPicked) override;
     void changeColor(const ColorRgba& color) override;
+    [[nodiscard]] std::vector<std::string> clutterNames() const override;
     [[nodiscard]] bool isDocumentOpen() const override;
     [[nodiscard]] std::string documentName() const override;
     [[nodiscard]] std::string documentDirectory() const override;

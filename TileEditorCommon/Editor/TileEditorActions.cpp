@@ -2,6 +2,7 @@
 
 #include "KestrelCommon/Services/DirectoryManager.h"
 #include "KestrelCommon/Ugc/UgcCustomGameMod.h"
+#include "KestrelCommon/Tile/ClutterDatabase.h"
 #include "KestrelCommon/Ugc/UgcManager.h"
 #include "KestrelCommon/Ugc/UgcTile.h"
 #include "KestrelCommon/renderer/Camera.h"
@@ -30,6 +31,14 @@ std::vector<BrushChoice> TileEditor::brushes() const
     for (size_t uIndex = 0; uIndex < BrushCount; ++uIndex)
         vecChoices.push_back({brush(uIndex), brushName(uIndex)});
     return vecChoices;
+}
+
+std::vector<std::string> TileEditor::clutterNames() const
+{
+    std::vector<std::string> vecNames;
+    for (const tile::GrassInfo& type : m_pClutterDatabase->types())
+        vecNames.push_back(type.name);
+    return vecNames;
 }
 
 std::string TileEditor::documentName() const

@@ -3,6 +3,7 @@
 #include "KestrelCommon/Platform/VirtualKeys.h"
 #include "KestrelCommon/Services/InputManager.h"
 #include "KestrelCommon/renderer/Camera.h"
+#include "TileEditorCommon/Clutter/EditorTerrainClutter.h"
 #include "TileEditorCommon/Contracts/BrushDab.h"
 #include "TileEditorCommon/Editor/GroundView.h"
 #include "TileEditorCommon/Editor/TileEditor.h"
@@ -52,6 +53,9 @@ void TileEditor::paint(const glm::vec3& hit, float fStep)
         break;
     case ToolColor:
         m_pSurface->paintColor(strokeColor(), dab);
+        break;
+    case ToolClutter:
+        m_pClutter->paint(m_toolState.clutterSelection, dab, bControl);
         break;
     default:
         break;

@@ -4,6 +4,7 @@
 #include "KestrelCommon/Platform/CrashSender.h"
 #include "KestrelCommon/Services/DirectoryManager.h"
 #include "KestrelCommon/Ugc/UgcManager.h"
+#include "TileEditorCommon/Clutter/EditorTerrainClutter.h"
 #include "TileEditorCommon/Document/Tile.h"
 #include "TileEditorCommon/Editor/TileEditor.h"
 #include "TileEditorCommon/Pictures/IconGenerator.h"
@@ -75,6 +76,7 @@ void TileEditor::makePreview(const std::string& sDirectory)
         return;
     // A stroke of this frame may not be on the device yet.
     update(0.0f);
+    m_pClutter->finishUpdate();
     m_pIconGenerator->renderTile(sDirectory + "/" + m_pTile->uuid().text() + ".png", m_pTile->width(),
                                  m_pTile->height(), true);
 }

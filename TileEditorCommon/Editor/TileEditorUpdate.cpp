@@ -28,6 +28,8 @@ void TileEditor::update(float dt)
         }
         if (!m_services.pInput->buttonDown[0] && !m_services.pInput->buttonDown[2])
             endPress();
+        if (m_bGroundOpen)
+            m_pClutter->update(glm::vec2(m_services.pCamera->position), !m_bStrokeActive);
     }
     if (m_services.pAudio)
     {

@@ -9,6 +9,7 @@
 #include "TileEditorCommon/Interface/BarModels.h"
 #include "TileEditorCommon/Interface/BrushWindow.h"
 #include "TileEditorCommon/Interface/ColorWindow.h"
+#include "TileEditorCommon/Interface/ClutterPanel.h"
 #include "TileEditorCommon/Interface/EditorBindings.h"
 #include "TileEditorCommon/Interface/FileNameRule.h"
 #include "TileEditorCommon/Interface/GroundMaterialWindow.h"
@@ -78,6 +79,7 @@ struct TileEditorInterface::Face
     std::unique_ptr<ColorWindow> pColorEditor;
     std::unique_ptr<BrushWindow> pBrushWindow;
     std::unique_ptr<HeightPanel> pHeightPanel;
+    std::unique_ptr<ClutterPanel> pClutterPanel;
 
     explicit Face(const InterfaceParts& parts, TileEditorInterface& owner);
     ~Face();
@@ -141,6 +143,8 @@ void TileEditorInterface::Face::makeWindows(const InterfaceParts& parts, TileEdi
         pBrushWindow = std::make_unique<BrushWindow>(pWidget, parts.actions, tips);
     if (auto* pWidget = findTop<MyGUI::Widget>(vecMainWidgets, "TerrainBrushWindow"))
         pHeightPanel = std::make_unique<HeightPanel>(pWidget, parts.actions);
+    if (auto* pWidget = findTop<MyGUI::Widget>(vecMainWidgets, "ClutterWindow"))
+        pClutterPanel = std::make_unique<ClutterPanel>(pWidget, parts.actions);
 }
 
 void TileEditorInterface::Face::makeBars(const InterfaceParts& parts, TileEditorInterface& owner)
@@ -280,6 +284,8 @@ void TileEditorInterface::showToolPanels(uint8_t uTool)
         m_pFace->pGroundMaterialWindow->setVisible(panels.bGroundMaterial);
     if (m_pFace->pColorEditor)
         m_pFace->pColorEditor->setVisible(panels.bColorEditor);
+    if (m_pFace->pClutterPanel)
+        m_pFace->pClutterPanel->setVisible(panels.bClutter);
 }
 
 void TileEditorInterface::hidePopups()
@@ -399,6 +405,8 @@ void TileEditorInterface::refresh(uint32_t)
         m_pFace->pBrushWindow->refresh();
     if (m_pFace->pHeightPanel)
         m_pFace->pHeightPanel->refresh();
+    if (m_pFace->pClutterPanel)
+        m_pFace->pClutterPanel->refresh();
 }
 
 void TileEditorInterface::showMessage(std::string_view sTitle, std::string_view sText)

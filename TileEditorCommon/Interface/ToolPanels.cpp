@@ -10,7 +10,8 @@ ToolPanels panelsOf(uint8_t uTool)
     return {.bBrush = uTool <= ToolClutter,
             .bTerrainBrush = uTool == ToolHeight,
             .bGroundMaterial = uTool == ToolMaterial,
-            .bColorEditor = uTool == ToolColor};
+            .bColorEditor = uTool == ToolColor,
+            .bClutter = uTool == ToolClutter};
 }
 
 const std::array<BrushRow, 2>& brushRows()

@@ -19,6 +19,7 @@ struct ToolPanels
     bool bTerrainBrush = false;
     bool bGroundMaterial = false;
     bool bColorEditor = false;
+    bool bClutter = false;
 
     bool operator==(const ToolPanels&) const = default;
 };

@@ -2,6 +2,7 @@
 //
 // ContentBuilder --source StarterContent --output GAME --generator Tools/ContentBuilder [--fonts FOLDER]
 
+#include "Tools/ContentBuilder/Clutter.h"
 #include "Tools/ContentBuilder/ImageFile.h"
 #include "Tools/ContentBuilder/Materials.h"
 #include "Tools/ContentBuilder/OutputFolder.h"
@@ -10,6 +11,7 @@
 #include <atomic>
 #include <cstdio>
 #include <cstring>
+#include <fstream>
 #include <functional>
 #include <string>
 #include <thread>
@@ -123,6 +125,33 @@ bool makeMaterial(const Material& material, uint64_t uInputs, OutputFolder& outp
     return true;
 }
 
+bool makeClutter(const ClutterType& type, uint64_t uInputs, OutputFolder& output)
+{
+    const std::string sBase = type.pFile;
+    std::vector<std::string> vecFiles = {sBase + ".obj", sBase + "_dif.png"};
+    if (type.bImpostor)
+        vecFiles.push_back(sBase + "_imp.png");
+    if (output.isCurrent(vecFiles, uInputs))
+        return true;
+    const ClutterShape shape = type.fnShape();
+    Sprite sprite;
+    type.fnPaint(sprite);
+    const std::vector<uint8_t> vecPicture = sprite.pixels();
+    std::ofstream mesh(output.prepare(vecFiles[0]), std::ios::binary);
+    mesh << shape.text();
+    mesh.close();
+    const bool bDone =
+        mesh.good() &&
+        writeImage(output.prepare(vecFiles[1]), Sprite::s_iSide, Sprite::s_iSide, vecPicture) &&
+        (!type.bImpostor || writeImage(output.prepare(vecFiles[2]), ImpostorSide, ImpostorSide,
+                                       makeImpostor(shape, vecPicture)));
+    if (!bDone)
+        std::fprintf(stderr, "Failed to write %s\n", type.pFile);
+    else
+        output.markMade(vecFiles, uInputs);
+    return bDone;
+}
+
 /// What stands in for a map that is missing: mid grey, flat, unshadowed.
 bool makeDefaultTextures(uint64_t uInputs, OutputFolder& output)
 {
@@ -217,6 +246,8 @@ int build(const Options& options)
         for (const Material& material : spanSet)
             vecJobs.emplace_back([&material, uGenerator, &output]
                                  { return makeMaterial(material, uGenerator, output); });
+    for (const ClutterType& type : clutterTypes())
+        vecJobs.emplace_back([&type, uGenerator, &output] { return makeClutter(type, uGenerator, output); });
     for (const fs::path& file : filesBelow(options.source / "Data" / "Gui"))
         if (file.extension() == ".svg")
             vecJobs.emplace_back([file, &options, &output] { return makeIcon(file, options, output); });

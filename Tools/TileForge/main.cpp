@@ -8,6 +8,7 @@
 #include "TileEditorCommon/Document/Tile.h"
 #include "TileEditorCommon/Ground/EditorTerrainSurface.h"
 #include "Tools/TileForge/Landscape.h"
+#include "Tools/TileForge/Planting.h"
 
 #include <cstdio>
 #include <fstream>
@@ -74,11 +75,13 @@ int main(int iCount, char** ppArguments)
     DirectoryManager directories({});
     const std::string sGame = std::filesystem::absolute(ppArguments[1]).string();
     directories.addKey("$GAME_DATA", sGame + "/Data");
+    directories.addKey("$SURVIVAL_DATA", sGame + "/Survival");
     std::filesystem::create_directories(directories.resolvePath(s_pFolder));
 
     Host host;
     tilebuilder::EditorTerrainSurface surface(host, nullptr);
-    const tile::ClutterDatabase database;
+    tile::ClutterDatabase database;
+    database.loadGameDatabases();
     tilebuilder::EditorTerrainClutter clutter(host, surface, database);
     std::ofstream list(ppArguments[2], std::ios::binary);
     bool bGood = true;
@@ -89,6 +92,12 @@ int main(int iCount, char** ppArguments)
         surface.init(uMetres, uMetres);
         clutter.init(uMetres, uMetres);
         fill(surface, land);
+        std::vector<uint8_t> vecSamples;
+        for (int iCell = 0; iCell < land.iCells * land.iCells; ++iCell)
+        {
+            forge::plantCell(land, database, iCell % land.iCells, iCell / land.iCells, vecSamples);
+            clutter.setSamples(iCell % land.iCells, iCell / land.iCells, vecSamples);
+        }
         tilebuilder::Tile document({host, surface, clutter});
         document.create(*Uuid::parse(recipe.pUuid), 0, land.iCells, land.iCells, tile::TypeGround);
         const std::string sName = land.sName + ".tile";
