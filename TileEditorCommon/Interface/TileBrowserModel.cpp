@@ -63,10 +63,7 @@ bool TileBrowserModel::isSelected(const std::string& sCategory) const
 
 MenuEntry TileBrowserModel::categoryMenu(const std::function<void(const std::string&)>& fnClick) const
 {
-    MenuEntry menu{.eKind = MenuEntry::Kind::Menu,
-                   .sLabel = "Options",
-                   .sId = "Options",
-                   .sTip = "The categories that are listed. Ctrl adds one or takes one away."};
+    MenuEntry menu{.eKind = MenuEntry::Kind::Menu, .sLabel = "Options", .sId = "Options"};
     for (const std::string& sCategory : m_vecAvailable)
     {
         menu.vecChildren.push_back({.eKind = MenuEntry::Kind::Check,
