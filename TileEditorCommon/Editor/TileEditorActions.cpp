@@ -1,8 +1,8 @@
 // What the windows and the key table call.
 
 #include "KestrelCommon/Services/DirectoryManager.h"
-#include "KestrelCommon/Ugc/UgcCustomGameMod.h"
 #include "KestrelCommon/Tile/ClutterDatabase.h"
+#include "KestrelCommon/Ugc/UgcCustomGameMod.h"
 #include "KestrelCommon/Ugc/UgcManager.h"
 #include "KestrelCommon/Ugc/UgcTile.h"
 #include "KestrelCommon/renderer/Camera.h"
