@@ -81,8 +81,7 @@ TEST_F(TileEditorTest, savingMakesTheUsersItemAndOpeningBringsTheGroundBack)
 TEST_F(TileEditorTest, tilesAreListedWithTheirPictureWhereThereIsOne)
 {
     m_editor.saveAs("Hill", "");
-    const std::string sPicture =
-        m_editor.documentDirectory() + "/" + m_editor.documentUuid().text() + ".png";
+    const std::string sPicture = m_editor.documentDirectory() + "/" + m_editor.documentUuid().text() + ".png";
     const auto preview = [&] { return m_editor.tileFiles().at(0).sPreviewPath; };
     EXPECT_EQ(m_editor.tileFiles().at(0).uuid, m_editor.documentUuid());
     EXPECT_EQ(preview(), "ed_error_tile.png");

@@ -25,6 +25,7 @@ using namespace tilebuilder;
 
 constexpr int s_iEnter = 28;
 constexpr int s_iDown = 0xD0;
+constexpr int s_iControl = 29;
 
 struct InterfaceTest : GuiFixture
 {
@@ -330,6 +331,10 @@ TEST_F(InterfaceTest, categoriesOfTheOpenWindowAreChosenFromItsMenu)
     settle(2);
     EXPECT_EQ(pList->getItemCount(), 2u);
     EXPECT_EQ(widget<MyGUI::TextBox>("ItemName")->getCaption(), MyGUI::UString("Hill"));
+    m_pGui->keyDown(s_iControl, 0);
+    choose(2);
+    EXPECT_EQ(pList->getItemCount(), 3u);
+    m_pGui->keyUp(s_iControl);
 }
 
 TEST_F(InterfaceTest, tileSettingsShowAndWriteTheCategoryWhileTheyAreVisible)
