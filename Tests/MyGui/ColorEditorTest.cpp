@@ -5,6 +5,7 @@
 #include "MyGuiCommon/GuiPixels.h"
 #include "MyGuiCommon/GuiTips.h"
 #include "Tests/MyGui/GuiFixture.h"
+#include "Tests/Support/TempFolder.h"
 
 #include <MyGUI_EditBox.h>
 #include <MyGUI_RenderManager.h>
@@ -180,7 +181,18 @@ TEST_F(ColorEditorTest, thumbnailIsMadeOnceAndAMissingPictureIsOneLine)
         EXPECT_TRUE(MyGUI::RenderManager::getInstance().getTexture(
             GuiPixels::thumbnail("$GAME_DATA/none.png", 96, 54)));
     EXPECT_EQ(m_log.count("Failed to load picture '$GAME_DATA/none.png'"), 1u);
-    m_uExpectedErrors = 1;
+
+    // A file that is written anew is read again; that it is broken tells that it was.
+    const TempFolder folder;
+    const std::string sCopy = folder.text() + "/copy.png";
+    std::filesystem::copy_file(resolve(pFile), sCopy);
+    static_cast<void>(GuiPixels::thumbnail(sCopy, 96, 54));
+    std::filesystem::resize_file(sCopy, 10);
+    std::filesystem::last_write_time(sCopy,
+                                     std::filesystem::file_time_type::clock::now() + std::chrono::seconds(2));
+    static_cast<void>(GuiPixels::thumbnail(sCopy, 96, 54));
+    EXPECT_EQ(m_log.count("Failed to load picture '" + sCopy + "'"), 1u);
+    m_uExpectedErrors = 2;
 }
 
 } // namespace
