@@ -135,25 +135,22 @@ bool ClutterDraw::load(const tile::ClutterDatabase& database)
     return bPipelines;
 }
 
+/// On a CPU the budget sinks at once when frames get slow, and rises slowly while it leaves plants out.
 ClutterDensity ClutterDraw::density(bool bWindow)
 {
-    if (!m_device.isSoftware())
+    if (!m_device.isSoftware() || !bWindow)
         return {};
-    if (bWindow)
+    const double fNow = FrameClock::seconds();
+    const double fTook = fNow - std::exchange(m_fLastFrame, fNow);
+    if (fTook < s_fHitch)
     {
-        const double fNow = FrameClock::seconds();
-        const double fTook = fNow - std::exchange(m_fLastFrame, fNow);
-        if (fTook < s_fHitch)
-        {
-            m_fFrameTime += (fTook - m_fFrameTime) * 0.15;
-            if (m_fFrameTime > s_fSlowFrame)
-                m_fBudget = std::max(m_fBudget * 0.97f, s_fLeastBudget);
-            else if (m_fFrameTime < s_fQuickFrame)
-                m_fBudget = std::min(m_fBudget * 1.01f, s_fMostBudget);
-        }
+        m_fFrameTime += (fTook - m_fFrameTime) * 0.25;
+        if (m_fFrameTime > s_fSlowFrame)
+            m_fBudget *= static_cast<float>(std::max(0.85, s_fSlowFrame / m_fFrameTime));
+        else if (m_fFrameTime < s_fQuickFrame && m_gather.isThinned())
+            m_fBudget *= 1.012f;
+        m_fBudget = std::clamp(m_fBudget, s_fLeastBudget, s_fMostBudget);
     }
-    else
-        return {};
     return {m_fBudget, m_fBudget, 12.0f};
 }
 

@@ -61,6 +61,7 @@ void ClutterGather::gather(const CullingGroups& groups, const Frustum& frustum, 
     // What is in front is drawn first, so that little is shaded twice.
     std::sort(m_vecNear.begin(), m_vecNear.end(),
               [](const View& a, const View& b) { return a.fAway < b.fAway; });
+    m_bThinned = false;
     share(m_vecNear, density.fNearBudget, true);
     share(m_vecFar, density.fFarBudget, false);
     gatherNear();
@@ -82,6 +83,7 @@ void ClutterGather::share(std::vector<View>& vecViews, float fBudget, bool bNear
         fTotal += countOf(view);
     if (fTotal <= fBudget)
         return;
+    m_bThinned = true;
     float fScale = 1.0f;
     // No group can take more than all it has, so what is left over goes to the others.
     for (int iPass = 0; iPass < 4; ++iPass)

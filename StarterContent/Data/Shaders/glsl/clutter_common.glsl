@@ -87,7 +87,7 @@ LeafLight leafLight(vec3 lit, vec3 point)
 #ifdef SOFTWARE
     float clear = exp2(-max(distance(point, eye.xyz) - fog.y, 0.0) * fog.x);
     float seen = eye.w > 0.5 ? 1.0 : max(clear, 1.0 - fog.z);
-    return LeafLight(toDisplay(0.2 * lit) * (2.236 * seen), vec4(toDisplay(skyHorizon.rgb) * (1.0 - seen), 0.0));
+    return LeafLight(toDisplay(0.2 * lit) * seen, vec4(toDisplay(skyHorizon.rgb) * (1.0 - seen), 0.0));
 #else
     return LeafLight(lit, airBefore(point));
 #endif
@@ -96,7 +96,8 @@ LeafLight leafLight(vec3 lit, vec3 point)
 vec3 leafColour(vec3 leaf, vec3 light, vec4 air)
 {
 #ifdef SOFTWARE
-    return leaf * light + air.rgb;
+    vec3 tone = leaf * 2.236; // of the middle one
+    return tone * (0.55 + 0.45 * tone) * light + air.rgb; // near the curve's rise
 #else
     return toDisplay(mix(air.rgb, leaf * leaf * light, air.a));
 #endif
