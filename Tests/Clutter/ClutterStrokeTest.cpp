@@ -30,6 +30,8 @@ struct ClutterStrokeTest : testing::Test, EditorSinkI
         surface.init(128, 128);
         clutter.init(128, 128);
         seedRandom(7);
+        uMasks = 0;
+        iMarks = 0;
     }
     void markChanged(uint32_t uMask) override
     {

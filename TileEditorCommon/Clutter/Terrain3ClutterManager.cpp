@@ -109,11 +109,25 @@ void Terrain3ClutterManager::add(std::span<ClutterRecord> spanRecords) const
     }
 }
 
+/// Stops at the first group that can't be made: the others couldn't either.
+void Terrain3ClutterManager::makeGroups(std::span<const CellRecords> spanCells) const
+{
+    for (const CellRecords& arrLevels : spanCells)
+        for (const Records* pRecords : arrLevels)
+        {
+            const rend::GroupKey* pLast = nullptr;
+            for (const ClutterRecord& record : *pRecords)
+                if ((!pLast || record.groupKey != *pLast) &&
+                    !m_groups.findOrCreate(*(pLast = &record.groupKey)))
+                    return;
+        }
+}
+
 void Terrain3ClutterManager::regenerate(std::span<const ClutterCellPos> spanCells)
 {
     // A place of a cell lies in that cell's own groups, so cells share none and can go in parallel, once
     // the maps have their entries.
-    std::vector<std::array<Records*, s_iLevels>> vecRecords;
+    std::vector<CellRecords> vecRecords;
     for (const ClutterCellPos& cell : spanCells)
     {
         auto& arrLevels = vecRecords.emplace_back();
@@ -130,14 +144,7 @@ void Terrain3ClutterManager::regenerate(std::span<const ClutterCellPos> spanCell
                               generate({spanCells[u].iX, spanCells[u].iY, iLevel}, records);
                           }
                       });
-    for (const auto& arrLevels : vecRecords)
-        for (const Records* pRecords : arrLevels)
-        {
-            const rend::GroupKey* pLast = nullptr;
-            for (const ClutterRecord& record : *pRecords)
-                if (!pLast || record.groupKey != *pLast)
-                    static_cast<void>(m_groups.findOrCreate(*(pLast = &record.groupKey)));
-        }
+    makeGroups(vecRecords);
     tbb::parallel_for(size_t{0}, spanCells.size(),
                       [&](size_t u)
                       {

@@ -70,9 +70,11 @@ public:
 
 private:
     using Records = std::vector<ClutterRecord>;
+    using CellRecords = std::array<Records*, 4>; ///< by level
 
     void remove(Records& vecRecords) const;
     void generate(const ClutterKey& key, Records& vecRecords) const;
+    void makeGroups(std::span<const CellRecords> spanCells) const;
     void add(std::span<ClutterRecord> spanRecords) const;
 
     rend::CullingGroups& m_groups;
