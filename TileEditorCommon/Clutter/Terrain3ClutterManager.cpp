@@ -40,21 +40,27 @@ Terrain3ClutterManager::~Terrain3ClutterManager()
 std::span<const ClutterRecord> Terrain3ClutterManager::records(const ClutterKey& key) const
 {
     const auto it = m_mapRecords.find(key);
-    return it == m_mapRecords.end() ? std::span<const ClutterRecord>() : it->second;
+    return it == m_mapRecords.end() ? std::span<const ClutterRecord>() : it->second.vec;
 }
 
 void Terrain3ClutterManager::clear()
 {
-    for (auto& [key, vecRecords] : m_mapRecords)
-        remove(vecRecords);
+    for (auto& [key, records] : m_mapRecords)
+        remove(records);
     m_mapRecords.clear();
 }
 
-void Terrain3ClutterManager::remove(Records& vecRecords) const
+void Terrain3ClutterManager::remove(Records& records) const
 {
+    if (!records.bPlaced)
+    {
+        records.vec.clear();
+        return;
+    }
+    records.bPlaced = false;
     rend::StaticCullingGroup* pGroup = nullptr;
     rend::GroupKey last;
-    for (const ClutterRecord& record : vecRecords)
+    for (const ClutterRecord& record : records.vec)
     {
         if (record.slot == ClutterRecord::s_uNoSlot)
             continue;
@@ -63,10 +69,10 @@ void Terrain3ClutterManager::remove(Records& vecRecords) const
         if (pGroup)
             pGroup->removeClutter(record.slot);
     }
-    vecRecords.clear();
+    records.vec.clear();
 }
 
-void Terrain3ClutterManager::generate(const ClutterKey& key, Records& vecRecords) const
+void Terrain3ClutterManager::generate(const ClutterKey& key, std::vector<ClutterRecord>& vecRecords) const
 {
     const glm::vec2 corner(key.iCellX * m_iPatchSize, key.iCellY * m_iPatchSize);
     for (const glm::vec2& local : m_arrPositions[static_cast<size_t>(key.iLevel)])
@@ -95,11 +101,12 @@ void Terrain3ClutterManager::generate(const ClutterKey& key, Records& vecRecords
     }
 }
 
-void Terrain3ClutterManager::add(std::span<ClutterRecord> spanRecords) const
+void Terrain3ClutterManager::add(Records& records) const
 {
+    records.bPlaced = true;
     rend::StaticCullingGroup* pGroup = nullptr;
     rend::GroupKey last;
-    for (ClutterRecord& record : spanRecords)
+    for (ClutterRecord& record : records.vec)
     {
         if (!pGroup || record.groupKey != last)
             pGroup = m_groups.find(last = record.groupKey);
@@ -116,14 +123,15 @@ void Terrain3ClutterManager::makeGroups(std::span<const CellRecords> spanCells) 
         for (const Records* pRecords : arrLevels)
         {
             const rend::GroupKey* pLast = nullptr;
-            for (const ClutterRecord& record : *pRecords)
+            for (const ClutterRecord& record : pRecords->vec)
                 if ((!pLast || record.groupKey != *pLast) &&
                     !m_groups.findOrCreate(*(pLast = &record.groupKey)))
                     return;
         }
 }
 
-void Terrain3ClutterManager::regenerate(std::span<const ClutterCellPos> spanCells)
+std::vector<Terrain3ClutterManager::CellRecords>
+Terrain3ClutterManager::makeRecords(std::span<const ClutterCellPos> spanCells)
 {
     // A place of a cell lies in that cell's own groups, so cells share none and can go in parallel, once
     // the maps have their entries.
@@ -141,9 +149,15 @@ void Terrain3ClutterManager::regenerate(std::span<const ClutterCellPos> spanCell
                           {
                               Records& records = *vecRecords[u][static_cast<size_t>(iLevel)];
                               remove(records);
-                              generate({spanCells[u].iX, spanCells[u].iY, iLevel}, records);
+                              generate({spanCells[u].iX, spanCells[u].iY, iLevel}, records.vec);
                           }
                       });
+    return vecRecords;
+}
+
+void Terrain3ClutterManager::regenerate(std::span<const ClutterCellPos> spanCells)
+{
+    const std::vector<CellRecords> vecRecords = makeRecords(spanCells);
     makeGroups(vecRecords);
     tbb::parallel_for(size_t{0}, spanCells.size(),
                       [&](size_t u)

@@ -61,6 +61,11 @@ public:
 
     /// Drops and rebuilds the four levels of each cell; no cell twice.
     void regenerate(std::span<const ClutterCellPos> spanCells);
+    /// The same without the culling groups: records without slots.
+    void generateOnly(std::span<const ClutterCellPos> spanCells)
+    {
+        static_cast<void>(makeRecords(spanCells));
+    }
     /// Drops everything.
     void clear();
 
@@ -69,13 +74,18 @@ public:
     [[nodiscard]] const ClutterPositions& positions() const { return m_arrPositions; }
 
 private:
-    using Records = std::vector<ClutterRecord>;
+    struct Records
+    {
+        std::vector<ClutterRecord> vec;
+        bool bPlaced = false; ///< some hold slots
+    };
     using CellRecords = std::array<Records*, 4>; ///< by level
 
-    void remove(Records& vecRecords) const;
-    void generate(const ClutterKey& key, Records& vecRecords) const;
+    void remove(Records& records) const;
+    void generate(const ClutterKey& key, std::vector<ClutterRecord>& vecRecords) const;
+    std::vector<CellRecords> makeRecords(std::span<const ClutterCellPos> spanCells);
     void makeGroups(std::span<const CellRecords> spanCells) const;
-    void add(std::span<ClutterRecord> spanRecords) const;
+    void add(Records& records) const;
 
     rend::CullingGroups& m_groups;
     const rend::ClutterTypes& m_types;

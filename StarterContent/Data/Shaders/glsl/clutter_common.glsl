@@ -96,8 +96,8 @@ LeafLight leafLight(vec3 lit, vec3 point)
 vec3 leafColour(vec3 leaf, vec3 light, vec4 air)
 {
 #ifdef SOFTWARE
-    vec3 tone = leaf * 2.236; // of the middle one
-    return tone * (0.55 + 0.45 * tone) * light + air.rgb; // near the curve's rise
+    vec3 tone = leaf * leaf * 5.0; // of the middle one
+    return tone * 2.0 / (tone + 1.0) * light + air.rgb; // the shape of the curve around it
 #else
     return toDisplay(mix(air.rgb, leaf * leaf * light, air.a));
 #endif
