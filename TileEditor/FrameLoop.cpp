@@ -16,6 +16,7 @@
 #include "MyGuiCommon/PopUpManager.h"
 #include "TileEditor/CommandLine.h"
 #include "TileEditor/TileEditorStandalone.h"
+#include "TileEditorCommon/Contracts/ChangeMask.h"
 #include "TileEditorCommon/Editor/TileEditor.h"
 #include "TileEditorCommon/Interface/KeyBindings.h"
 #include "TileEditorCommon/Interface/TileEditorInterface.h"
@@ -106,7 +107,11 @@ void TileEditorStandalone::runFrame(float dt)
         return;
     uint32_t uMask = 0;
     if (m_pTileEditor->takeInterfaceDirty(uMask))
+    {
+        if (uMask & tilebuilder::ChangeColorPicked)
+            m_pTileEditor->changeColor(m_pInterface->editorColor());
         m_pInterface->refresh(uMask);
+    }
     drawFrame(dt);
 }
 

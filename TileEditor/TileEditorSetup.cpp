@@ -190,7 +190,10 @@ void TileEditorStandalone::setUpContent(const CommandLine& line)
             const auto pItem = m_pUgcManager->getItem(uuid);
             return pItem ? pItem->directoryKey() : std::string();
         });
-    m_pUgcManager->addFolder(m_pDirectoryManager->tilesFolder());
+    m_pUgcManager->addFolder(m_pDirectoryManager->challengesFolder());
+    m_pUgcManager->addFolder(m_pDirectoryManager->challengeBlueprintsFolder());
+    for (const char* pFolder : {"/Blueprints", "/Mods", "/Tiles", "/Worlds", "/Challenges"})
+        m_pUgcManager->addFolder(m_pDirectoryManager->userSubFolder(pFolder));
     if (!line.ugc)
         return;
     const auto uuid = Uuid::parse(*line.ugc);

@@ -94,7 +94,8 @@ struct TargetDesc
     int iWidth = 1;
     int iHeight = 1;
     bool bDepth = true;
-    bool bHdr = false; ///< R11G11B10 float instead of RGBA8
+    bool bHdr = false;        ///< R11G11B10 float instead of RGBA8
+    bool bWindowRows = false; ///< keeps its rows as the window does, which makes copies to it cheap
 };
 
 enum class VertexFormat : uint8_t

@@ -58,9 +58,10 @@ GlDevice::GlDevice(GlContextI& context, const GlDeviceSettings& settings)
     m_bAnisotropy = !m_bSoftware;
     if (settings.bForceHardwarePath)
         m_bSoftware = false;
-    m_bClipControl = epoxy_gl_version() >= 45 || epoxy_has_gl_extension("GL_ARB_clip_control");
-    if (m_bClipControl)
-        glClipControl(GL_LOWER_LEFT, GL_ZERO_TO_ONE);
+    const bool bClipControl = epoxy_gl_version() >= 45 || epoxy_has_gl_extension("GL_ARB_clip_control");
+    m_bClipControl = bClipControl && !settings.bAvoidClipControl;
+    if (bClipControl)
+        glClipControl(GL_LOWER_LEFT, m_bClipControl ? GL_ZERO_TO_ONE : GL_NEGATIVE_ONE_TO_ONE);
 
     GLint iBlocks = 0;
     glGetIntegerv(GL_MAX_VERTEX_SHADER_STORAGE_BLOCKS, &iBlocks);
@@ -101,7 +102,7 @@ GlDevice::~GlDevice()
 
 void GlDevice::createSamplers()
 {
-    if (!m_bSoftware &&
+    if (m_bAnisotropy &&
         (epoxy_gl_version() >= 46 || epoxy_has_gl_extension("GL_EXT_texture_filter_anisotropic")))
         glGetFloatv(GL_MAX_TEXTURE_MAX_ANISOTROPY_EXT, &m_fMaxAnisotropy);
 
@@ -137,7 +138,7 @@ BufferHandle GlDevice::createBuffer(const BufferDesc& desc, std::span<const std:
 {
     if (!checkBuffer(desc, spanInitial.size()))
         return {};
-    GlBuffer buffer{desc, 0};
+    GlBuffer buffer{desc, 0, ++m_uLastRevision};
     glGenBuffers(1, &buffer.uName);
     const GLenum eTarget = bufferTarget(desc.eKind);
     glBindBuffer(eTarget, buffer.uName);
@@ -153,6 +154,7 @@ bool GlDevice::updateBuffer(BufferHandle buffer, size_t uOffset, std::span<const
     const auto it = m_mapBuffers.find(buffer.uId);
     if (it == m_mapBuffers.end() || !checkBufferUpdate(it->second.desc, uOffset, spanData.size()))
         return false;
+    it->second.uRevision = ++m_uLastRevision;
     const BufferDesc& desc = it->second.desc;
     const GLenum eTarget = bufferTarget(desc.eKind);
     glBindBuffer(eTarget, it->second.uName);
@@ -186,7 +188,8 @@ TextureHandle GlDevice::createTexture(const TextureDesc& desc)
 {
     if (!checkTexture(desc))
         return {};
-    GlTexture texture{desc, 0, desc.iLayers > 0 ? GLenum(GL_TEXTURE_2D_ARRAY) : GLenum(GL_TEXTURE_2D), false};
+    GlTexture texture{desc, 0, desc.iLayers > 0 ? GLenum(GL_TEXTURE_2D_ARRAY) : GLenum(GL_TEXTURE_2D), false,
+                      ++m_uLastRevision};
     const GlTextureFormat format = glTextureFormat(desc);
     glGenTextures(1, &texture.uName);
     bindForEdit(texture);
@@ -211,7 +214,8 @@ bool GlDevice::updateTexture(TextureHandle texture, const TextureRegion& region,
     const auto it = m_mapTextures.find(texture.uId);
     if (it == m_mapTextures.end() || !checkTextureUpdate(it->second.desc, region, uRowPitch, spanData.size()))
         return false;
-    const GlTexture& entry = it->second;
+    GlTexture& entry = it->second;
+    entry.uRevision = ++m_uLastRevision;
     const GlTextureFormat format = glTextureFormat(entry.desc);
     const size_t uTexel = texelBytes(entry.desc);
     bindForEdit(entry);
@@ -255,6 +259,7 @@ void GlDevice::generateMips(TextureHandle texture)
     if (it == m_mapTextures.end() || it->second.desc.iMips < 2 ||
         resource::isCompressed(it->second.desc.eLayout))
         return;
+    it->second.uRevision = ++m_uLastRevision;
     bindForEdit(it->second);
     glGenerateMipmap(it->second.eTarget);
 }
@@ -335,7 +340,7 @@ bool GlDevice::readTarget(TargetHandle target, std::span<std::byte> spanOut)
     }
     glBindFramebuffer(GL_READ_FRAMEBUFFER, it->second.uFramebuffer);
     glReadPixels(0, 0, desc.iWidth, desc.iHeight, GL_RGBA, GL_UNSIGNED_BYTE, spanOut.data());
-    if (source == m_windowTarget)
+    if (desc.bWindowRows)
         for (size_t uTop = 0; uTop < uRows / 2; ++uTop)
             std::swap_ranges(spanOut.begin() + static_cast<std::ptrdiff_t>(uTop * uRow),
                              spanOut.begin() + static_cast<std::ptrdiff_t>((uTop + 1) * uRow),
@@ -358,9 +363,51 @@ void GlDevice::destroyTarget(TargetHandle target)
     m_mapTargets.erase(it);
 }
 
+bool GlDevice::copyTarget(TargetHandle from, TargetHandle to, bool bDepth)
+{
+    const auto itFrom = m_mapTargets.find((from ? from : m_windowTarget).uId);
+    const auto itTo = m_mapTargets.find((to ? to : m_windowTarget).uId);
+    if (itFrom == m_mapTargets.end() || itTo == m_mapTargets.end() || itFrom == itTo)
+    {
+        QM_LOG_ERROR("A target can't be copied: ", from.uId, " to ", to.uId);
+        return false;
+    }
+    const GlTarget& source = itFrom->second;
+    const GlTarget& result = itTo->second;
+    glBindFramebuffer(GL_READ_FRAMEBUFFER, source.uFramebuffer);
+    glBindFramebuffer(GL_DRAW_FRAMEBUFFER, result.uFramebuffer);
+    glDisable(GL_SCISSOR_TEST);
+    const bool bFlip = source.desc.bWindowRows != result.desc.bWindowRows;
+    const auto blit = [&](GLbitfield uWhat, GLenum eFilter)
+    {
+        glBlitFramebuffer(0, bFlip ? source.desc.iHeight : 0, source.desc.iWidth,
+                          bFlip ? 0 : source.desc.iHeight, 0, 0, result.desc.iWidth, result.desc.iHeight,
+                          uWhat, eFilter);
+    };
+    const bool bScaled =
+        source.desc.iWidth != result.desc.iWidth || source.desc.iHeight != result.desc.iHeight;
+    blit(GL_COLOR_BUFFER_BIT, bScaled ? GL_LINEAR : GL_NEAREST);
+    if (bDepth && source.depth && result.depth)
+        blit(GL_DEPTH_BUFFER_BIT, GL_NEAREST);
+    return true;
+}
+
+uint64_t GlDevice::revision(BufferHandle buffer) const
+{
+    const auto it = m_mapBuffers.find(buffer.uId);
+    return it == m_mapBuffers.end() ? 0 : it->second.uRevision;
+}
+
+uint64_t GlDevice::revision(TextureHandle texture) const
+{
+    const auto it = m_mapTextures.find(texture.uId);
+    return it == m_mapTextures.end() ? 0 : it->second.uRevision;
+}
+
 bool GlDevice::createWindowTarget(int iWidth, int iHeight)
 {
-    const TargetHandle target = createTarget({.sName = "Window", .iWidth = iWidth, .iHeight = iHeight});
+    const TargetHandle target =
+        createTarget({.sName = "Window", .iWidth = iWidth, .iHeight = iHeight, .bWindowRows = true});
     if (!target)
         return false;
     destroyTarget(m_windowTarget);

@@ -16,6 +16,7 @@ struct GlDeviceSettings
     std::filesystem::path cacheFolder; ///< for compiled programs; made when missing; empty: none kept
     bool bForceHardwarePath = false;   ///< isSoftware() answers false on any driver (pictures, tests)
     bool bDebugOutput = false;         ///< the driver's messages go to the log
+    bool bAvoidClipControl = false;    ///< as on drivers without glClipControl (tests)
 };
 
 /// Makes the context current. The context must outlive the device.

@@ -1,4 +1,5 @@
 #include "KestrelCommon/Core/Console.h"
+#include "KestrelCommon/Core/FrameClock.h"
 #include "KestrelCommon/Device/GlDeviceImpl.h"
 #include "KestrelCommon/Device/GlFormats.h"
 
@@ -24,7 +25,7 @@ void GlDevice::beginPass(TargetHandle target, const PassSettings& settings)
         QM_LOG_ERROR("A pass began on a target that doesn't exist");
         return;
     }
-    const bool bWindow = m_currentTarget == m_windowTarget;
+    const bool bWindow = pTarget->desc.bWindowRows;
     if (m_bClipControl)
         glClipControl(bWindow ? GL_LOWER_LEFT : GL_UPPER_LEFT, GL_ZERO_TO_ONE);
     else
@@ -60,8 +61,9 @@ void GlDevice::applyState(const GlPipeline& pipeline) const
     const PipelineDesc& desc = pipeline.desc;
     glUseProgram(pipeline.uProgram);
     glBindVertexArray(pipeline.uVertexArray);
+    const GlTarget* pTarget = currentTarget();
     if (pipeline.iFlipLocation >= 0)
-        glUniform1f(pipeline.iFlipLocation, m_currentTarget == m_windowTarget ? 1.0f : -1.0f);
+        glUniform1f(pipeline.iFlipLocation, pTarget && pTarget->desc.bWindowRows ? 1.0f : -1.0f);
 
     const auto enable = [](GLenum eSwitch, bool bOn) { bOn ? glEnable(eSwitch) : glDisable(eSwitch); };
     enable(GL_BLEND, desc.eBlend != BlendMode::Opaque);
@@ -118,7 +120,7 @@ void GlDevice::setScissor(int iX, int iY, int iWidth, int iHeight)
     const GlTarget* pTarget = currentTarget();
     if (!pTarget)
         return;
-    const bool bWindow = m_currentTarget == m_windowTarget;
+    const bool bWindow = pTarget->desc.bWindowRows;
     glEnable(GL_SCISSOR_TEST);
     glScissor(iX, bWindow ? pTarget->desc.iHeight - iY - iHeight : iY, std::max(iWidth, 0),
               std::max(iHeight, 0));
@@ -209,6 +211,7 @@ void GlDevice::beginTimer()
     if (m_bTiming || m_uTimersStarted - m_uTimersRead >= s_uTimers)
         return;
     glBeginQuery(GL_TIME_ELAPSED, m_arrTimers[m_uTimersStarted % s_uTimers]);
+    m_arrTimerStarts[m_uTimersStarted % s_uTimers] = FrameClock::seconds();
     m_bTiming = true;
 }
 
@@ -229,7 +232,12 @@ void GlDevice::endTimer()
             break;
         GLuint64 uNanoseconds = 0;
         glGetQueryObjectui64v(uTimer, GL_QUERY_RESULT, &uNanoseconds);
-        m_fGpuMilliseconds = static_cast<double>(uNanoseconds) * 1e-6;
+        // Some drivers answer with the time since their own start when nothing ran before: no frame can
+        // have taken longer than the time that passed.
+        const double fMilliseconds = static_cast<double>(uNanoseconds) * 1e-6;
+        const double fPassed = (FrameClock::seconds() - m_arrTimerStarts[m_uTimersRead % s_uTimers]) * 1000.0;
+        if (fMilliseconds <= fPassed + 1.0)
+            m_fGpuMilliseconds = fMilliseconds;
         ++m_uTimersRead;
     }
 }

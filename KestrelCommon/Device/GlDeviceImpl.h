@@ -15,6 +15,7 @@ struct GlBuffer
 {
     BufferDesc desc;
     GLuint uName = 0;
+    uint64_t uRevision = 0;
 };
 
 struct GlTexture
@@ -23,6 +24,7 @@ struct GlTexture
     GLuint uName = 0;
     GLenum eTarget = GL_TEXTURE_2D;
     bool bOfTarget = false; ///< lives and dies with a target
+    uint64_t uRevision = 0;
 };
 
 struct GlPipeline
@@ -42,8 +44,9 @@ struct GlTarget
 };
 
 /// Rows of targets run from the top, as those of pictures do: they are drawn upside down in GL's
-/// sense. The window's target is a framebuffer object too, with the window's row order, copied to
-/// the window when it is shown; so it can be read and has a float depth on any driver.
+/// sense. The window's target is a framebuffer object too, with the window's row order (as others
+/// that ask for it), copied to the window when it is shown; so it can be read and has a float depth
+/// on any driver.
 class GlDevice final : public GraphicsDeviceI
 {
 public:
@@ -70,6 +73,9 @@ public:
     [[nodiscard]] TextureHandle targetDepth(TargetHandle target) const override;
     bool readTarget(TargetHandle target, std::span<std::byte> spanOut) override;
     void destroyTarget(TargetHandle target) override;
+    bool copyTarget(TargetHandle from, TargetHandle to, bool bDepth) override;
+    [[nodiscard]] uint64_t revision(BufferHandle buffer) const override;
+    [[nodiscard]] uint64_t revision(TextureHandle texture) const override;
 
     void beginPass(TargetHandle target, const PassSettings& settings) override;
     void endPass() override;
@@ -116,7 +122,7 @@ private:
     GlProgramCache m_programCache;
     std::string m_sDriver; ///< vendor, renderer and version: a part of program keys
     bool m_bSoftware = false;
-    bool m_bAnisotropy = false;
+    bool m_bAnisotropy = false; ///< not where a CPU draws, forced path or not
     bool m_bClipControl = false;
     bool m_bStorageBuffers = false;
     float m_fMaxAnisotropy = 1.0f;
@@ -124,6 +130,7 @@ private:
     int m_iHeight = 0;
 
     uint32_t m_uNextId = 1;
+    uint64_t m_uLastRevision = 0;
     std::unordered_map<uint32_t, GlBuffer> m_mapBuffers;
     std::unordered_map<uint32_t, GlTexture> m_mapTextures;
     std::unordered_map<uint32_t, GlPipeline> m_mapPipelines;
@@ -138,6 +145,7 @@ private:
     IndexWidth m_eIndexWidth = IndexWidth::Bits32;
 
     std::array<GLuint, s_uTimers> m_arrTimers{};
+    std::array<double, s_uTimers> m_arrTimerStarts{}; ///< seconds
     uint64_t m_uTimersStarted = 0;
     uint64_t m_uTimersRead = 0;
     bool m_bTiming = false;

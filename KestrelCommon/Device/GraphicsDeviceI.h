@@ -58,6 +58,14 @@ public:
     virtual bool readTarget(TargetHandle target, std::span<std::byte> spanOut) = 0;
     virtual void destroyTarget(TargetHandle target) = 0;
 
+    /// Fills one target from another, outside of a pass; null is the window's. Colour is smoothed when
+    /// the sizes differ, depth takes the nearest. Depth is left alone where one of them has none.
+    virtual bool copyTarget(TargetHandle from, TargetHandle to, bool bDepth) = 0;
+
+    /// Differs after each change of the content; 0 for what doesn't exist.
+    [[nodiscard]] virtual uint64_t revision(BufferHandle buffer) const = 0;
+    [[nodiscard]] virtual uint64_t revision(TextureHandle texture) const = 0;
+
     // Drawing
 
     /// The window's own target when null. Clears what the settings say.

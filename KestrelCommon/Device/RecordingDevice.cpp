@@ -45,6 +45,11 @@ const RecordingDevice::Texture* RecordingDevice::texture(TextureHandle texture) 
 {
     return findIn(m_mapTextures, texture.uId);
 }
+const TargetDesc* RecordingDevice::target(TargetHandle target) const
+{
+    const Target* pTarget = findIn(m_mapTargets, target.uId);
+    return pTarget ? &pTarget->desc : nullptr;
+}
 const PipelineDesc* RecordingDevice::pipeline(PipelineHandle pipeline) const
 {
     return findIn(m_mapPipelines, pipeline.uId);
@@ -54,7 +59,7 @@ BufferHandle RecordingDevice::createBuffer(const BufferDesc& desc, std::span<con
 {
     if (!checkBuffer(desc, spanInitial.size()))
         return {};
-    Buffer buffer{desc, {spanInitial.begin(), spanInitial.end()}};
+    Buffer buffer{desc, {spanInitial.begin(), spanInitial.end()}, ++m_uLastRevision};
     buffer.vecBytes.resize(desc.uSize);
     m_mapBuffers.emplace(m_uNextId, std::move(buffer));
     return {m_uNextId++};
@@ -65,6 +70,7 @@ bool RecordingDevice::updateBuffer(BufferHandle buffer, size_t uOffset, std::spa
     const auto it = m_mapBuffers.find(buffer.uId);
     if (it == m_mapBuffers.end() || !checkBufferUpdate(it->second.desc, uOffset, spanData.size()))
         return false;
+    it->second.uRevision = ++m_uLastRevision;
     std::copy(spanData.begin(), spanData.end(),
               it->second.vecBytes.begin() + static_cast<std::ptrdiff_t>(uOffset));
     m_vecCalls.push_back({CallKind::UpdateBuffer, buffer.uId, static_cast<uint32_t>(uOffset),
@@ -76,7 +82,7 @@ TextureHandle RecordingDevice::createTexture(const TextureDesc& desc)
 {
     if (!checkTexture(desc))
         return {};
-    Texture texture{desc, {}, false};
+    Texture texture{desc, {}, false, ++m_uLastRevision};
     const auto [uColumns, uRows] = layerGrid(desc);
     texture.vecBytes.resize(uColumns * uRows * texelBytes(desc) *
                             static_cast<size_t>(std::max(desc.iLayers, 1)));
@@ -91,6 +97,7 @@ bool RecordingDevice::updateTexture(TextureHandle texture, const TextureRegion& 
     if (it == m_mapTextures.end() || !checkTextureUpdate(it->second.desc, region, uRowPitch, spanData.size()))
         return false;
     Texture& entry = it->second;
+    entry.uRevision = ++m_uLastRevision;
     if (region.iMip == 0)
     {
         const auto [uColumns, uRows] = layerGrid(entry.desc);
@@ -116,8 +123,11 @@ bool RecordingDevice::updateTexture(TextureHandle texture, const TextureRegion& 
 
 void RecordingDevice::generateMips(TextureHandle texture)
 {
-    if (const auto it = m_mapTextures.find(texture.uId); it != m_mapTextures.end())
-        it->second.bMipsMade = true;
+    const auto it = m_mapTextures.find(texture.uId);
+    if (it == m_mapTextures.end())
+        return;
+    it->second.bMipsMade = true;
+    it->second.uRevision = ++m_uLastRevision;
 }
 
 PipelineHandle RecordingDevice::createPipeline(const PipelineDesc& desc)
@@ -185,6 +195,30 @@ void RecordingDevice::destroyTarget(TargetHandle target)
     m_mapTextures.erase(it->second.colour.uId);
     m_mapTextures.erase(it->second.depth.uId);
     m_mapTargets.erase(it);
+}
+
+bool RecordingDevice::copyTarget(TargetHandle from, TargetHandle to, bool bDepth)
+{
+    const auto isThere = [&](TargetHandle target) { return !target || m_mapTargets.contains(target.uId); };
+    if (!isThere(from) || !isThere(to) || from == to)
+    {
+        QM_LOG_ERROR("A target can't be copied: ", from.uId, " to ", to.uId);
+        return false;
+    }
+    m_vecCalls.push_back({CallKind::CopyTarget, from.uId, to.uId, bDepth});
+    return true;
+}
+
+uint64_t RecordingDevice::revision(BufferHandle buffer) const
+{
+    const Buffer* pBuffer = findIn(m_mapBuffers, buffer.uId);
+    return pBuffer ? pBuffer->uRevision : 0;
+}
+
+uint64_t RecordingDevice::revision(TextureHandle texture) const
+{
+    const Texture* pTexture = findIn(m_mapTextures, texture.uId);
+    return pTexture ? pTexture->uRevision : 0;
 }
 
 void RecordingDevice::beginPass(TargetHandle target, const PassSettings& settings)

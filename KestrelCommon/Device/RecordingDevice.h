@@ -29,6 +29,7 @@ public:
         UpdateBuffer,
         UpdateTexture,
         Present,
+        CopyTarget,
     };
 
     /// uId: the resource's handle; uA to uD: the call's own numbers in their order.
@@ -47,6 +48,7 @@ public:
     {
         BufferDesc desc;
         std::vector<std::byte> vecBytes;
+        uint64_t uRevision = 0;
     };
 
     /// Mip 0 of every layer, one after the other; for compressed layouts, blocks.
@@ -55,6 +57,7 @@ public:
         TextureDesc desc;
         std::vector<std::byte> vecBytes;
         bool bMipsMade = false;
+        uint64_t uRevision = 0;
     };
 
     explicit RecordingDevice(int iWidth = 1920, int iHeight = 1080) : m_iWidth(iWidth), m_iHeight(iHeight) {}
@@ -68,6 +71,7 @@ public:
     [[nodiscard]] const Buffer* buffer(BufferHandle buffer) const;
     [[nodiscard]] const Texture* texture(TextureHandle texture) const;
     [[nodiscard]] const PipelineDesc* pipeline(PipelineHandle pipeline) const;
+    [[nodiscard]] const TargetDesc* target(TargetHandle target) const;
     [[nodiscard]] size_t bufferCount() const { return m_mapBuffers.size(); }
     [[nodiscard]] size_t textureCount() const { return m_mapTextures.size(); }
     [[nodiscard]] size_t targetCount() const { return m_mapTargets.size(); }
@@ -93,6 +97,9 @@ public:
     /// Black with full alpha.
     bool readTarget(TargetHandle target, std::span<std::byte> spanOut) override;
     void destroyTarget(TargetHandle target) override;
+    bool copyTarget(TargetHandle from, TargetHandle to, bool bDepth) override;
+    [[nodiscard]] uint64_t revision(BufferHandle buffer) const override;
+    [[nodiscard]] uint64_t revision(TextureHandle texture) const override;
 
     void beginPass(TargetHandle target, const PassSettings& settings) override;
     void endPass() override;
@@ -126,6 +133,7 @@ private:
     bool m_bInPass = false;
     PipelineHandle m_pipeline;
     uint32_t m_uNextId = 1;
+    uint64_t m_uLastRevision = 0;
     std::unordered_map<uint32_t, Buffer> m_mapBuffers;
     std::unordered_map<uint32_t, Texture> m_mapTextures;
     std::unordered_map<uint32_t, PipelineDesc> m_mapPipelines;

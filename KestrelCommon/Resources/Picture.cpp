@@ -167,6 +167,45 @@ Picture reducePicture(const Picture& picture, int iFactor)
     return result;
 }
 
+Picture halveColours(const Picture& picture)
+{
+    static const std::array<float, 256> s_arrLight = []
+    {
+        std::array<float, 256> arrLight{};
+        for (size_t u = 0; u < arrLight.size(); ++u)
+        {
+            const float fShown = static_cast<float>(u) / 255.0f;
+            arrLight[u] = fShown <= 0.04045f ? fShown / 12.92f : std::pow((fShown + 0.055f) / 1.055f, 2.4f);
+        }
+        return arrLight;
+    }();
+    if (picture.iWidth < 1 || picture.iHeight < 1)
+        return {};
+    Picture result{std::max(picture.iWidth / 2, 1), std::max(picture.iHeight / 2, 1), {}};
+    const auto uWide = static_cast<size_t>(result.iWidth);
+    const auto uFromWide = static_cast<size_t>(picture.iWidth);
+    const size_t uRight = picture.iWidth > 1 ? 4 : 0;
+    const size_t uDown = picture.iHeight > 1 ? uFromWide * 4 : 0;
+    result.vecPixels.resize(uWide * static_cast<size_t>(result.iHeight) * 4);
+    for (size_t uByte = 0; uByte < result.vecPixels.size(); ++uByte)
+    {
+        const size_t uFrom = (uByte / 4 / uWide * 2 * uFromWide + uByte / 4 % uWide * 2) * 4 + uByte % 4;
+        const std::array<size_t, 4> arrFrom{uFrom, uFrom + uRight, uFrom + uDown, uFrom + uRight + uDown};
+        float fSum = 0.0f;
+        for (const size_t u : arrFrom)
+        {
+            const auto uValue = static_cast<size_t>(picture.vecPixels[u]);
+            fSum += uByte % 4 == 3 ? static_cast<float>(uValue) : s_arrLight[uValue];
+        }
+        fSum *= 0.25f;
+        if (uByte % 4 != 3)
+            fSum =
+                255.0f * (fSum <= 0.0031308f ? fSum * 12.92f : 1.055f * std::pow(fSum, 1.0f / 2.4f) - 0.055f);
+        result.vecPixels[uByte] = static_cast<std::byte>(std::clamp(fSum + 0.5f, 0.0f, 255.0f));
+    }
+    return result;
+}
+
 bool writePicture(const std::filesystem::path& path, int iWidth, int iHeight,
                   std::span<const std::byte> spanRgba)
 {

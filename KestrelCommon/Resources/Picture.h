@@ -28,6 +28,10 @@ struct Picture
 /// Averages squares of iFactor x iFactor pixels; rows and columns that fill none are left out.
 [[nodiscard]] Picture reducePicture(const Picture& picture, int iFactor);
 
+/// The picture of half the size, at least 1 pixel a side; odd last rows and columns are left out. RGB
+/// are taken for sRGB and averaged as light, alpha as it stands.
+[[nodiscard]] Picture halveColours(const Picture& picture);
+
 /// As PNG or, for ".jpg", JPG without alpha; written beside and renamed, so that the old file or the
 /// new one stands at any moment. False: nothing changed, no temporary file is left. Logs nothing.
 [[nodiscard]] bool writePicture(const std::filesystem::path& path, int iWidth, int iHeight,

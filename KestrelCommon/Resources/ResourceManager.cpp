@@ -40,6 +40,13 @@ std::span<const std::byte> bytesOf(const Picture& picture)
     return picture.vecPixels;
 }
 
+/// The mips from 1 to below iMips.
+void appendColourMips(const Picture& picture, int iMips, std::vector<Picture>& vecMips)
+{
+    for (int iMip = 1; iMip < iMips && !picture.vecPixels.empty(); ++iMip)
+        vecMips.push_back(halveColours(vecMips.empty() ? picture : vecMips.back()));
+}
+
 } // namespace
 
 ResourceManager::ResourceManager(rend::GraphicsDeviceI& device, PathResolver fnResolve, uint32_t uThreadCount,
@@ -172,17 +179,20 @@ rend::TextureHandle ResourceManager::loadTextureArray(std::span<const std::strin
 
     const int iFullMips = rend::fullMipCount(iWidth, iHeight);
     size_t uIndex = 0;
+    int iColourMips = 0;
     rend::TextureHandle texture;
     {
         const std::scoped_lock lock(m_textureLock);
         if (const auto it = m_mapFileTextureResources.find(uHash); it != m_mapFileTextureResources.end())
             return m_vecFileTextures[it->second].texture;
         const int iUsedMips = iMips == 0 ? iFullMips : std::min(iMips, iFullMips);
+        iColourMips = kindOf(sFirst, eLayout) == DefaultTexture::Diffuse ? iUsedMips : 0;
         texture = m_device.createTexture({.sName = sFirst,
                                           .iWidth = iWidth,
                                           .iHeight = iHeight,
                                           .iLayers = static_cast<int>(spanPaths.size()),
-                                          .iMips = iUsedMips});
+                                          .iMips = iUsedMips,
+                                          .bSrgb = iColourMips > 0 && !m_device.isSoftware()});
         if (!texture)
             return {};
         uIndex = m_vecFileTextures.size();
@@ -193,7 +203,8 @@ rend::TextureHandle ResourceManager::loadTextureArray(std::span<const std::strin
     {
         const std::scoped_lock lock(m_loadLock);
         for (size_t u = 0; u < spanPaths.size(); ++u)
-            m_queueLoads.push_back({uIndex, static_cast<int>(u), iWidth, iHeight, spanPaths[u], eLayout, {}});
+            m_queueLoads.push_back(
+                {uIndex, static_cast<int>(u), iWidth, iHeight, spanPaths[u], eLayout, iColourMips, {}, {}});
         m_uLoading += spanPaths.size();
     }
     m_wakeWorkers.notify_all();
@@ -224,18 +235,17 @@ void ResourceManager::load(Load& job) const
 {
     if (const auto picture = loadPicture(m_fnResolve(m_upgrades.upgrade(job.sPath))))
         job.picture = scalePicture(*picture, job.iWidth, job.iHeight);
+    appendColourMips(job.picture, job.iColourMips, job.vecMips);
 }
 
 /// By the ending of the file's name; else two-channel layouts hold normals, and the rest is colour.
-const Picture& ResourceManager::defaultFor(const Load& job) const
+DefaultTexture ResourceManager::kindOf(std::string_view sPath, TextureResourceLayout eLayout)
 {
-    const std::string sStem = std::filesystem::path(job.sPath).stem().string();
+    const std::string sStem = std::filesystem::path(sPath).stem().string();
     for (size_t u = 0; u < s_arrDefaults.size(); ++u)
         if (sStem.ends_with(s_arrDefaults[u].sEnding))
-            return m_arrDefaults[u].picture;
-    const auto eKind =
-        job.eLayout == TextureResourceLayout::Bc5 ? DefaultTexture::Normal : DefaultTexture::Diffuse;
-    return m_arrDefaults[static_cast<size_t>(eKind)].picture;
+            return static_cast<DefaultTexture>(u);
+    return eLayout == TextureResourceLayout::Bc5 ? DefaultTexture::Normal : DefaultTexture::Diffuse;
 }
 
 void ResourceManager::takeOver(Load& job)
@@ -243,13 +253,19 @@ void ResourceManager::takeOver(Load& job)
     if (job.picture.vecPixels.empty())
     {
         QM_LOG_ERROR("Failed to load texture: \"", job.sPath, "\"");
-        job.picture = scalePicture(defaultFor(job), job.iWidth, job.iHeight);
+        const auto eKind = static_cast<size_t>(kindOf(job.sPath, job.eLayout));
+        job.picture = scalePicture(m_arrDefaults[eKind].picture, job.iWidth, job.iHeight);
+        job.vecMips.clear();
+        appendColourMips(job.picture, job.iColourMips, job.vecMips);
     }
     const std::scoped_lock lock(m_textureLock);
     FileTexture& entry = m_vecFileTextures[job.uTexture];
     m_device.updateTexture(entry.texture, {0, 0, job.iWidth, job.iHeight, job.iLayer, 0},
                            static_cast<size_t>(job.iWidth) * 4, bytesOf(job.picture));
-    if (--entry.uWaiting == 0 && entry.iMips > 1)
+    for (int iMip = 1; const Picture& mip : job.vecMips)
+        m_device.updateTexture(entry.texture, {0, 0, mip.iWidth, mip.iHeight, job.iLayer, iMip++},
+                               static_cast<size_t>(mip.iWidth) * 4, bytesOf(mip));
+    if (--entry.uWaiting == 0 && entry.iMips > 1 && job.iColourMips == 0)
         m_device.generateMips(entry.texture);
 }
 

@@ -65,7 +65,9 @@ public:
     /// An array with a layer for each picture, scaled to the size asked for. iMips 0: a full chain.
     /// The same request yields the same texture, which the manager owns. Null with one line when the
     /// list or the sizes break a rule. A picture that can't be read becomes the default texture that
-    /// fits its name, with an error line. Stored with 8 bits a channel whatever the layout.
+    /// fits its name, with an error line. Stored with 8 bits a channel whatever the layout. Colours, by
+    /// the ending of the first name, have mips averaged as light; where a GPU draws they are read as
+    /// linear, a CPU leaves that to the shader.
     rend::TextureHandle loadTextureArray(std::span<const std::string> spanPaths, int iWidth, int iHeight,
                                          TextureResourceLayout eLayout, int iMips, uint32_t uFlags);
     [[nodiscard]] rend::TextureHandle defaultTexture(DefaultTexture eKind) const
@@ -99,13 +101,15 @@ private:
         int iHeight = 0;
         std::string sPath;
         TextureResourceLayout eLayout{};
+        int iColourMips = 0; ///< more than 1: they come with the picture
         Picture picture;
+        std::vector<Picture> vecMips; ///< from 1 on
     };
 
     void runWorker();
     void load(Load& job) const;
     void takeOver(Load& job);
-    [[nodiscard]] const Picture& defaultFor(const Load& job) const;
+    [[nodiscard]] static DefaultTexture kindOf(std::string_view sPath, TextureResourceLayout eLayout);
 
     rend::GraphicsDeviceI& m_device;
     PathResolver m_fnResolve;

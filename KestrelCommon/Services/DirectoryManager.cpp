@@ -304,7 +304,7 @@ std::string DirectoryManager::replacePathWithKey(std::string_view sPath, bool bW
 
 std::string DirectoryManager::toGenericPath(std::string_view sPath) const
 {
-    const std::string sKeyed = sPath.starts_with('$') ? std::string(sPath) : replacePathWithKey(sPath, false);
+    std::string sKeyed = sPath.starts_with('$') ? std::string(sPath) : replacePathWithKey(sPath, false);
     if (sKeyed.empty())
         return std::string(sPath);
     const std::string sKey = getKey(sKeyed);

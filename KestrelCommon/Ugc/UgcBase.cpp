@@ -2,10 +2,12 @@
 
 #include "KestrelCommon/Core/Assert.h"
 #include "KestrelCommon/Core/Console.h"
+#include "KestrelCommon/Core/UserMessageI.h"
 #include "KestrelCommon/Data/JsonFile.h"
 #include "KestrelCommon/Io/SafeFile.h"
 #include "KestrelCommon/Services/DirectoryManager.h"
 
+#include <filesystem>
 #include <json/json.h>
 
 namespace
@@ -56,6 +58,62 @@ UgcBase::UgcBase(UgcKind eKind, std::string sDirectory)
       m_sDirectory(std::move(sDirectory)),
       m_jsonDescription(Json::objectValue)
 {
+}
+
+int64_t UgcBase::getCurrentVersion() const
+{
+    switch (m_eKind)
+    {
+    case UgcKind::BlocksAndParts:
+    case UgcKind::Tile:
+    case UgcKind::TerrainAssets:
+    case UgcKind::ChallengePack:
+    case UgcKind::ChallengeLevel:
+        return 1;
+    default:
+        return 0;
+    }
+}
+
+bool UgcBase::findContent(UgcContentPath path)
+{
+    const std::string sPath = m_sDirectoryKey + std::string(ugcContentSuffix(path));
+    const DirectoryManager& directories = *DirectoryManager::ms_pInstance;
+    const bool bThere = directories.isValidKeyedPath(sPath) && directories.exists(sPath);
+    m_paths.*path = bThere ? sPath : std::string();
+    return bThere;
+}
+
+bool UgcBase::findParticles()
+{
+    const bool bLists =
+        DirectoryManager::ms_pInstance->exists(m_sDirectoryKey + "/Particles/particles.json") ||
+        DirectoryManager::ms_pInstance->exists(m_sDirectoryKey + "/Particles/particles_2d.json");
+    if (bLists)
+        return findContent(&UgcContentPaths::sParticles);
+    m_paths.sParticles.clear();
+    return false;
+}
+
+void UgcBase::tellUser(const std::string& sText) const
+{
+    QM_LOG_ERROR(sText);
+    if (m_pMessages)
+        m_pMessages->showMessage("ERROR_MESSAGE", sText);
+}
+
+std::vector<std::string> UgcBase::getTileFiles() const
+{
+    std::vector<std::string> vecPaths;
+    if (m_paths.sTiles.empty())
+        return vecPaths;
+    std::error_code error;
+    for (const auto& entry : std::filesystem::directory_iterator(
+             DirectoryManager::ms_pInstance->resolvePath(m_paths.sTiles), error))
+        if (entry.path().extension() == ".tile" && entry.is_regular_file(error))
+            vecPaths.push_back(m_paths.sTiles + "/" + entry.path().filename().string());
+    std::sort(vecPaths.begin(), vecPaths.end());
+    return vecPaths;
 }
 
 void UgcBase::removeDirectoryKey()

@@ -1,11 +1,14 @@
 #pragma once // A content item: a folder with a description and content beside it.
 
 #include "KestrelCommon/Ugc/ContentId.h"
+#include "KestrelCommon/Ugc/UgcContentPaths.h"
 
 #include <cstdint>
 #include <json/value.h>
 #include <string>
 #include <vector>
+
+class UserMessageI;
 
 /// The kind codes; the type words stand in "description.json".
 enum class UgcKind : uint32_t
@@ -42,9 +45,11 @@ public:
     virtual void refresh() {}
     /// Whether the item can be shared.
     [[nodiscard]] virtual bool validate() { return true; }
+    /// Whether the item can be started.
+    [[nodiscard]] virtual bool prepare() { return true; }
     [[nodiscard]] virtual bool isGameContent() const { return false; }
     /// The newest format version of the kind.
-    [[nodiscard]] virtual int64_t getCurrentVersion() const { return 0; }
+    [[nodiscard]] virtual int64_t getCurrentVersion() const;
     [[nodiscard]] virtual std::string getPreviewPath() const { return {}; }
     [[nodiscard]] virtual std::string getIconPath() const { return {}; }
 
@@ -68,6 +73,13 @@ public:
     /// False, with an error line, when the file can't be written.
     bool saveDescription() const;
 
+    /// The ".tile" files of the item's tile folder, as keyed paths in the order of their names.
+    [[nodiscard]] std::vector<std::string> getTileFiles() const;
+    [[nodiscard]] const UgcContentPaths& paths() const { return m_paths; }
+
+    /// Who shows messages to the user; borrowed, may be null.
+    void setMessages(UserMessageI* pMessages) { m_pMessages = pMessages; }
+
     [[nodiscard]] UgcKind kind() const { return m_eKind; }
     [[nodiscard]] const std::string& directory() const { return m_sDirectory; }
     [[nodiscard]] const std::string& directoryKey() const { return m_sDirectoryKey; }
@@ -81,7 +93,16 @@ public:
     using NameLookup = std::string (*)(const ContentId&);
     void setDependencies(const std::vector<ContentId>& vecIds, NameLookup fnName);
 
+protected:
+    /// Keeps a path when it exists; tells whether it does.
+    bool findContent(UgcContentPath path);
+    bool findParticles();
+    void tellUser(const std::string& sText) const;
+
+    UgcContentPaths m_paths;
+
 private:
+    UserMessageI* m_pMessages = nullptr;
     UgcKind m_eKind;
     std::string m_sDirectory;
     std::string m_sDirectoryKey;

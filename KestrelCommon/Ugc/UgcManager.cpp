@@ -6,6 +6,7 @@
 #include "KestrelCommon/Data/JsonFile.h"
 #include "KestrelCommon/Io/SafeFile.h"
 #include "KestrelCommon/Services/DirectoryManager.h"
+#include "KestrelCommon/Ugc/UgcCustomGameMod.h"
 #include "KestrelCommon/Ugc/UgcTile.h"
 
 #include <filesystem>
@@ -21,10 +22,26 @@ bool liesBelow(std::string_view sPath, std::string_view sFolder)
     return sPath.starts_with(sFolder) && (sPath.size() == sFolder.size() || sPath[sFolder.size()] == '/');
 }
 
+void addCallback(std::vector<UgcManager::Callback>& vecCallbacks, UgcManager::Callback fnCallback)
+{
+    for (const UgcManager::Callback& fnOther : vecCallbacks)
+        if (fnOther.target_type() == fnCallback.target_type())
+            return;
+    vecCallbacks.push_back(std::move(fnCallback));
+}
+
+void removeCallback(std::vector<UgcManager::Callback>& vecCallbacks, const UgcManager::Callback& fnCallback)
+{
+    std::erase_if(vecCallbacks, [&](const UgcManager::Callback& fnOther)
+                  { return fnOther.target_type() == fnCallback.target_type(); });
+}
+
 UgcManager::Item makeItem(UgcKind eKind, const std::string& sDirectory)
 {
     if (eKind == UgcKind::Tile)
         return std::make_shared<UgcTile>(sDirectory);
+    if (eKind == UgcKind::CustomGame)
+        return std::make_shared<UgcCustomGameMod>(sDirectory);
     return std::make_shared<UgcBase>(eKind, sDirectory);
 }
 
@@ -87,7 +104,7 @@ UgcManager::Item UgcManager::loadItem(const std::string& sDirectory)
     Item pItem = makeItem(eKind, sDirectory);
     if (!pItem->readDescription(sPath) || pItem->getLocalId().isNil())
         return nullptr;
-    if (pItem->getVersion() > pItem->getCurrentVersion() && eKind == UgcKind::Tile)
+    if (pItem->getVersion() > pItem->getCurrentVersion())
     {
         if (m_pMessages)
             m_pMessages->showMessage(
@@ -95,6 +112,7 @@ UgcManager::Item UgcManager::loadItem(const std::string& sDirectory)
                                                "\nThe content is created for a later version of the game"));
         return nullptr;
     }
+    pItem->setMessages(m_pMessages);
     pItem->registerDirectoryKey();
     pItem->refresh();
     addItem(pItem);
@@ -173,14 +191,51 @@ std::string UgcManager::getCachedName(const ContentId& id) const
     return jsonText(jsonMember(m_jsonCache, id.localId.text().c_str()), "name");
 }
 
+bool UgcManager::refreshDependencies(std::vector<ContentId>& vecIds) const
+{
+    bool bChanged = false;
+    {
+        const std::shared_lock lock(m_lock);
+        for (ContentId& id : vecIds)
+            for (const Item& pItem : m_vecItems)
+            {
+                const ContentId known = pItem->getContentId();
+                const bool bSame = id.fileId == 0 ? known.localId == id.localId && !id.localId.isNil()
+                                                  : known.fileId == id.fileId;
+                if (!bSame)
+                    continue;
+                bChanged |= id.fileId == 0 ? known.fileId != 0 : known.localId != id.localId;
+                id = {known.fileId, known.localId};
+                break;
+            }
+    }
+    std::set<uint64_t> setSeen;
+    const auto itEnd = std::remove_if(vecIds.begin(), vecIds.end(),
+                                      [&](const ContentId& id)
+                                      { return id.fileId != 0 && !setSeen.insert(id.fileId).second; });
+    bChanged |= itEnd != vecIds.end();
+    vecIds.erase(itEnd, vecIds.end());
+    return bChanged;
+}
+
 void UgcManager::addAddedCallback(UgcKind eKind, Callback fnCallback)
 {
-    m_arrAddedCallbacks[static_cast<size_t>(eKind)].push_back(std::move(fnCallback));
+    addCallback(m_arrAddedCallbacks[static_cast<size_t>(eKind)], std::move(fnCallback));
+}
+
+void UgcManager::removeAddedCallback(UgcKind eKind, const Callback& fnCallback)
+{
+    removeCallback(m_arrAddedCallbacks[static_cast<size_t>(eKind)], fnCallback);
 }
 
 void UgcManager::addRemovedCallback(UgcKind eKind, Callback fnCallback)
 {
-    m_arrRemovedCallbacks[static_cast<size_t>(eKind)].push_back(std::move(fnCallback));
+    addCallback(m_arrRemovedCallbacks[static_cast<size_t>(eKind)], std::move(fnCallback));
+}
+
+void UgcManager::removeRemovedCallback(UgcKind eKind, const Callback& fnCallback)
+{
+    removeCallback(m_arrRemovedCallbacks[static_cast<size_t>(eKind)], fnCallback);
 }
 
 UgcManager::Items UgcManager::tell(Pending& arrPending, const Callbacks& arrCallbacks)

@@ -49,9 +49,16 @@ public:
     /// The name that an item had when it was last seen, or empty.
     [[nodiscard]] std::string getCachedName(const ContentId& id) const;
 
-    /// Code None: for all kinds.
+    /// Brings a list up to date with the items that exist: numbers and local ids that became known
+    /// are filled in, and of a number that stands twice the first entry stays. Whether anything changed.
+    bool refreshDependencies(std::vector<ContentId>& vecIds) const;
+
+    /// Kind None: for all kinds. A callback is known by its type: a second one of the same type for
+    /// the same kind changes nothing, and removal looks for the type.
     void addAddedCallback(UgcKind eKind, Callback fnCallback);
+    void removeAddedCallback(UgcKind eKind, const Callback& fnCallback);
     void addRemovedCallback(UgcKind eKind, Callback fnCallback);
+    void removeRemovedCallback(UgcKind eKind, const Callback& fnCallback);
 
     /// Once a frame each: tell what was added and removed since the last call.
     void updateAdded();

@@ -10,7 +10,6 @@ public:
     /// Takes the folder's ".tile" and ".png"; logs when there is none or more than one tile.
     void refresh() override;
     [[nodiscard]] bool validate() override;
-    [[nodiscard]] int64_t getCurrentVersion() const override { return 1; }
     [[nodiscard]] std::string getIconPath() const override { return m_sIconPath; }
 
     /// Keyed path of the tile's file; empty: none.

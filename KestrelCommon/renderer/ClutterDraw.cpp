@@ -154,13 +154,12 @@ ClutterDensity ClutterDraw::density(bool bWindow)
     return {m_fBudget, m_fBudget, 12.0f};
 }
 
-void ClutterDraw::draw(CullingGroups& groups, const ClutterView& view)
+void ClutterDraw::draw(const CullingGroups& groups, const ClutterView& view)
 {
-    groups.rebuildClutter(m_types.impostorOf());
     m_gather.gather(groups, Frustum(view.viewProjection), view.camera, density(view.bWindow));
     if (drawnCount() == 0)
         return;
-    DrawData data{view.bWindow ? static_cast<float>(std::fmod(FrameClock::seconds(), 3600.0)) : 0.0f, {}, {}};
+    DrawData data{view.bWindow && !m_device.isSoftware() ? static_cast<float>(std::fmod(FrameClock::seconds(), 3600.0)) : 0.0f, {}, {}};
     for (size_t uType = 0; uType < m_types.size(); ++uType)
         if (m_types.impostorOf()[uType] != ClutterTypes::s_uNoImpostor)
             data.arrHasImpostor[uType / 32] |= 1u << (uType % 32);

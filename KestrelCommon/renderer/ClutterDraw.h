@@ -36,8 +36,13 @@ public:
     bool load(const tile::ClutterDatabase& database);
     [[nodiscard]] const ClutterTypes& types() const { return m_types; }
 
-    /// Rebuilds changed groups, gathers and draws, within a pass whose frame values are bound.
-    void draw(CullingGroups& groups, const ClutterView& view);
+    /// Takes in the groups that changed; before draw(), once a frame.
+    void prepare(CullingGroups& groups) const { groups.rebuildClutter(m_types.impostorOf()); }
+    /// Plants sway, so that no picture of them lasts; not where a CPU draws.
+    [[nodiscard]] bool isMoving() const { return !m_device.isSoftware() && drawnCount() > 0; }
+
+    /// Gathers and draws, within a pass whose frame values are bound.
+    void draw(const CullingGroups& groups, const ClutterView& view);
 
     /// Instances that the last draw showed.
     [[nodiscard]] size_t drawnCount() const;

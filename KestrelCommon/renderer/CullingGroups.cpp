@@ -39,6 +39,7 @@ void CullingGroups::rebuildClutter(const std::array<uint8_t, 256>& impostorOf)
     for (const auto& pGroup : m_vecGroups)
         if (pGroup->clutter().bDirty)
             vecDirty.push_back(pGroup.get());
+    m_uRevision += !vecDirty.empty();
     tbb::parallel_for_each(vecDirty.begin(), vecDirty.end(),
                            [&](StaticCullingGroup* pGroup) { pGroup->rebuildClutter(impostorOf); });
 }

@@ -35,10 +35,14 @@ public:
     [[nodiscard]] StaticCullingGroup* find(const GroupKey& key) const;
     [[nodiscard]] std::span<const std::unique_ptr<StaticCullingGroup>> all() const { return m_vecGroups; }
 
-    /// Sorts the clutter of the groups that changed, in parallel.
+    /// Sorts the clutter of the groups that changed, in parallel, and raises the revision when any did.
     void rebuildClutter(const std::array<uint8_t, 256>& impostorOf);
 
+    /// Of what the sorted groups hold.
+    [[nodiscard]] uint64_t revision() const { return m_uRevision; }
+
 private:
+    uint64_t m_uRevision = 0;
     std::vector<std::unique_ptr<StaticCullingGroup>> m_vecGroups;
     std::unordered_map<GroupKey, size_t, GroupKeyHash> m_mapGroups; ///< to places in the list
 };

@@ -1,5 +1,6 @@
 #include "KestrelCommon/renderer/Renderer.h"
 
+#include "KestrelCommon/Core/FrameClock.h"
 #include "KestrelCommon/Resources/ResourceManager.h"
 #include "KestrelCommon/Resources/ShaderSource.h"
 #include "KestrelCommon/renderer/ClutterDraw.h"
@@ -18,7 +19,8 @@ namespace
 constexpr uint32_t s_uSurfaceSlot = 0;
 constexpr uint32_t s_uFrameSlot = 1;
 constexpr uint32_t s_uDrawSlot = 2;
-constexpr uint32_t s_uHeightSlot = 0; ///< storage: the ground's own vertices
+constexpr uint32_t s_uVerticesSlot = 0; ///< storage: the ground's own vertices
+constexpr uint32_t s_uShadeSlot = 5;    ///< texture
 
 struct FrameData
 {
@@ -42,6 +44,12 @@ struct QuadData
     glm::vec4 size;
 };
 
+struct SurroundingsData
+{
+    glm::vec4 plainColour;
+    glm::vec4 tileSize;
+};
+
 struct LineData
 {
     float fCore; ///< half width, pixels
@@ -51,6 +59,8 @@ struct LineData
 };
 
 constexpr glm::vec4 s_quadColour{0.105f, 0.112f, 0.100f, 1.0f};
+constexpr std::array<float, 4> s_arrBackground{0.27f, 0.275f, 0.25f, 1.0f};
+constexpr float s_fSurroundingsReach = 4000.0f; ///< metres
 constexpr float s_fHiddenLineOpacity = 0.28f;
 /// As a part of the depth: a line on the ground wins against the ground under it.
 constexpr float s_fLineDepthBias = 0.004f;
@@ -76,16 +86,21 @@ Renderer::Renderer(GraphicsDeviceI& device, resource::ResourceManager& resources
     : m_device(device),
       m_resources(resources),
       m_pCullingGroups(std::make_unique<CullingGroups>()),
-      m_pClutterDraw(std::make_unique<ClutterDraw>(device, resources))
+      m_pClutterDraw(std::make_unique<ClutterDraw>(device, resources)),
+      m_shade(device),
+      m_mesh(device),
+      m_schedule(device.isSoftware())
 {
     m_frameBuffer = m_device.createBuffer({"CB_FRAME", sizeof(FrameData), 0, BufferKind::Constant, true}, {});
 }
 
 Renderer::~Renderer()
 {
-    for (const PipelineHandle pipeline : {m_groundPipeline, m_groundDepthPipeline, m_skyPipeline,
-                                          m_quadPipeline, m_linePipeline, m_lineThroughPipeline})
+    for (const PipelineHandle pipeline :
+         {m_groundPipeline, m_groundDepthPipeline, m_rimPipeline, m_surroundingsPipeline, m_skyPipeline,
+          m_quadPipeline, m_linePipeline, m_lineThroughPipeline})
         m_device.destroyPipeline(pipeline);
+    m_device.destroyTarget(m_sceneTarget);
     m_device.destroyBuffer(m_frameBuffer);
 }
 
@@ -96,8 +111,6 @@ bool Renderer::init()
     {
         if (m_device.isSoftware())
             desc.vecDefines.emplace_back("SOFTWARE 1");
-        if (m_device.hasStorageBuffers())
-            desc.vecDefines.emplace_back("HEIGHTS 1");
         if (resource::loadShaderSource(m_resources.resolver(), sShader, desc))
             pipelineOut = m_device.createPipeline(desc);
         bAll = bAll && pipelineOut;
@@ -111,15 +124,26 @@ bool Renderer::init()
     ground.vecDefines = {"DEPTH 1"};
     build(m_groundDepthPipeline, "main_editor_terrain_surface", ground);
 
+    PipelineDesc shade;
+    shade.eDepth = DepthMode::None;
+    shade.eCull = CullMode::None;
+    PipelineHandle shadePipeline;
+    build(shadePipeline, "terrain_shade", shade);
+    m_shade.setPipeline(shadePipeline);
+
+    PipelineDesc strips;
+    strips.eTopology = Topology::TriangleStrip;
+    strips.eCull = CullMode::None;
+    build(m_surroundingsPipeline, "surroundings", strips);
+    if (m_device.hasStorageBuffers())
+        build(m_rimPipeline, "terrain_rim", strips);
+
     PipelineDesc sky;
     sky.eDepth = DepthMode::Test;
     sky.eCull = CullMode::None;
     build(m_skyPipeline, "sky", sky);
 
-    PipelineDesc quads;
-    quads.eTopology = Topology::TriangleStrip;
-    quads.eCull = CullMode::None;
-    build(m_quadPipeline, "plain_surface", quads);
+    build(m_quadPipeline, "plain_surface", strips);
 
     PipelineDesc lines;
     lines.eTopology = Topology::TriangleStrip;
@@ -176,7 +200,8 @@ void Renderer::updateFrameBuffer(int iWidth, int iHeight, const SceneView& view)
     frame.skyZenith = {m_settings.skyZenith, 0.0f};
     frame.skyHorizon = {m_settings.skyHorizon, 0.0f};
     frame.skyNadir = {m_settings.skyNadir, 0.0f};
-    frame.fog = {m_settings.fogDensity, m_settings.fogStart, m_settings.fogMost, 0.0f};
+    const float fFar = view.projection[3][2] / std::max(view.projection[2][2], 1.0e-9f);
+    frame.fog = {m_settings.fogHalvings / fFar, m_settings.fogStart * fFar, fFar, 0.0f};
     frame.viewport = {fWidth, fHeight, 1.0f / fWidth, 1.0f / fHeight};
     frame.viewAxis = {-glm::vec3(inverseView[2]), 0.0f};
     m_device.updateBuffer(m_frameBuffer, 0, bytesOf(frame));
@@ -186,45 +211,151 @@ void Renderer::render(TargetHandle target, int iWidth, int iHeight, const SceneV
 {
     if (iWidth < 1 || iHeight < 1)
         return;
-    updateFrameBuffer(iWidth, iHeight, view);
-    // Amid quads no sky is seen, save through the gap under a raised rim: there it is shade.
-    const bool bSky = view.uQuads == 0;
-    m_device.beginPass(target, {.arrColour = {0.27f, 0.275f, 0.25f, 1.0f}});
-    m_device.setUniformBuffer(s_uFrameSlot, m_frameBuffer);
-    drawGround();
-    drawQuads(view);
-    m_pClutterDraw->draw(*m_pCullingGroups, {.viewProjection = view.projection * view.view,
-                                             .camera = glm::vec2(glm::inverse(view.view)[3]),
-                                             .bWindow = !target});
-    if (bSky && m_skyPipeline)
+    if (!target)
     {
-        m_device.setPipeline(m_skyPipeline);
-        m_device.draw(3, 0);
+        renderWindow(iWidth, iHeight, view);
+        return;
     }
+    m_pClutterDraw->prepare(*m_pCullingGroups);
+    updateFrameBuffer(iWidth, iHeight, view);
+    if (m_pTerrainBindings)
+        m_shade.update(*m_pTerrainBindings, m_settings.sunDirection, m_frameBuffer, s_uFrameSlot, true);
+    m_device.beginPass(target, {.arrColour = s_arrBackground});
+    drawScene(view, false);
     if (view.bLines)
         drawLines();
     m_device.endPass();
 }
 
-void Renderer::drawGround()
+void Renderer::renderWindow(int iWidth, int iHeight, const SceneView& view)
 {
-    if (!m_pTerrainBindings || !m_groundPipeline)
+    m_pClutterDraw->prepare(*m_pCullingGroups);
+    updateFrameBuffer(iWidth, iHeight, view);
+    if (m_pTerrainBindings)
+        m_shade.update(*m_pTerrainBindings, m_settings.sunDirection, m_frameBuffer, s_uFrameSlot, false);
+    if (const auto size = m_schedule.next(stateOf(iWidth, iHeight, view), FrameClock::seconds()))
+    {
+        if (!m_sceneTarget || *size != m_sceneSize)
+        {
+            m_device.destroyTarget(m_sceneTarget);
+            m_sceneTarget = m_device.createTarget(
+                {.sName = "Scene", .iWidth = size->iWidth, .iHeight = size->iHeight, .bWindowRows = true});
+            m_sceneSize = *size;
+        }
+        m_device.beginPass(m_sceneTarget, {.arrColour = s_arrBackground});
+        drawScene(view, true);
+        m_device.endPass();
+    }
+    const bool bLines = view.bLines && m_pDebugDrawer;
+    const bool bTested = bLines && !m_pDebugDrawer->tested().empty();
+    if (m_sceneTarget)
+        m_device.copyTarget(m_sceneTarget, {}, bTested);
+    m_device.beginPass({}, {.bClearColour = false, .bClearDepth = false});
+    if (bLines)
+    {
+        m_device.setUniformBuffer(s_uFrameSlot, m_frameBuffer);
+        drawLines();
+    }
+    m_device.endPass();
+}
+
+SceneState Renderer::stateOf(int iWidth, int iHeight, const SceneView& view) const
+{
+    SceneState state{view, m_settings, iWidth, iHeight, {}};
+    state.view.bLines = false;
+    if (m_pTerrainBindings)
+        state.arrContent = groundState(*m_pTerrainBindings);
+    state.arrContent[s_uClutterRevision] = m_pCullingGroups->revision();
+    state.arrContent[s_uClutterTime] = m_pClutterDraw->isMoving() ? FrameClock::ticks() : 0;
+    return state;
+}
+
+std::array<uint64_t, s_uSceneContents> Renderer::groundState(const TerrainSurfaceBindings& ground) const
+{
+    // A handle in the high bits beside its revision: neither grows that far in a run.
+    const auto content = [this](auto handle)
+    { return uint64_t{handle.uId} << 40 ^ m_device.revision(handle); };
+    return {content(ground.vertexBuffer), content(ground.indexBuffer),
+                        content(ground.surfaceInfo),  content(ground.texture0),
+                        content(ground.texture1),     content(ground.diffuseArray),
+                        content(ground.asgArray),     content(ground.normalArray),
+                        m_shade.revision(),           ground.indexCount};
+}
+
+bool Renderer::hasGround() const
+{
+    const TerrainSurfaceBindings* pGround = m_pTerrainBindings.get();
+    return pGround && pGround->vertexBuffer && pGround->indexBuffer && pGround->surfaceInfo;
+}
+
+/// From what hides most to what is hidden most.
+void Renderer::drawScene(const SceneView& view, bool bWindow)
+{
+    m_device.setUniformBuffer(s_uFrameSlot, m_frameBuffer);
+    drawGround(view);
+    drawRim();
+    drawQuads(view);
+    m_pClutterDraw->draw(*m_pCullingGroups, {.viewProjection = view.projection * view.view,
+                                             .camera = glm::vec2(glm::inverse(view.view)[3]),
+                                             .bWindow = bWindow});
+    if (view.uQuads != 0)
+        return; // they reach as far as the view
+    drawSurroundings();
+    if (!m_skyPipeline)
+        return;
+    m_device.setPipeline(m_skyPipeline);
+    m_device.draw(3, 0);
+}
+
+void Renderer::drawGround(const SceneView& view)
+{
+    if (!m_groundPipeline || !hasGround())
         return;
     const TerrainSurfaceBindings& ground = *m_pTerrainBindings;
-    if (!ground.vertexBuffer || !ground.indexBuffer || !ground.surfaceInfo)
-        return;
+    // A CPU picks one mip, which the shader varies from place to place.
+    const SamplerMode eMaps = m_device.isSoftware() ? SamplerMode::LinearWrap : SamplerMode::AnisotropicWrap;
     m_device.setPipeline(m_groundPipeline);
-    m_device.setTexture(0, ground.diffuseArray, SamplerMode::AnisotropicWrap);
-    m_device.setTexture(1, ground.asgArray, SamplerMode::AnisotropicWrap);
-    m_device.setTexture(2, ground.normalArray,
-                        m_device.isSoftware() ? SamplerMode::LinearWrap : SamplerMode::AnisotropicWrap);
+    m_device.setTexture(0, ground.diffuseArray, eMaps);
+    m_device.setTexture(1, ground.asgArray, eMaps);
+    m_device.setTexture(2, ground.normalArray, eMaps);
     m_device.setTexture(3, ground.texture0, SamplerMode::LinearClamp);
     m_device.setTexture(4, ground.texture1, SamplerMode::LinearClamp);
+    m_device.setTexture(s_uShadeSlot, m_shade.texture(), SamplerMode::PointClamp);
     m_device.setUniformBuffer(s_uSurfaceSlot, ground.surfaceInfo);
-    m_device.setStorageBuffer(s_uHeightSlot, ground.vertexBuffer);
     m_device.setVertexBuffer(0, ground.vertexBuffer);
-    m_device.setIndexBuffer(ground.indexBuffer, ground.indexWidth);
-    m_device.drawIndexed(ground.indexCount, 0);
+    if (view.bOrthographic) // a picture: as fine as it gets
+    {
+        m_device.setIndexBuffer(ground.indexBuffer, ground.indexWidth);
+        m_device.drawIndexed(ground.indexCount, 0);
+        return;
+    }
+    m_mesh.draw(ground, view.projection * view.view, glm::vec3(glm::inverse(view.view)[3]));
+}
+
+void Renderer::drawRim()
+{
+    if (!m_rimPipeline || !hasGround())
+        return;
+    const TerrainSurfaceBindings& ground = *m_pTerrainBindings;
+    m_device.setPipeline(m_rimPipeline);
+    m_device.setUniformBuffer(s_uSurfaceSlot, ground.surfaceInfo);
+    m_device.setStorageBuffer(s_uVerticesSlot, ground.vertexBuffer);
+    m_device.draw(2 * std::max(ground.verticesX, ground.verticesY), 0, 4);
+}
+
+void Renderer::drawSurroundings()
+{
+    if (!m_surroundingsPipeline || !hasGround() || m_pTerrainBindings->verticesX == 0)
+        return;
+    const glm::vec2 tile =
+        2.0f * glm::vec2(m_pTerrainBindings->verticesX - 1, m_pTerrainBindings->verticesY - 1);
+    const SurroundingsData data{{m_settings.plainColour, 0.0f}, {tile, s_fSurroundingsReach, 0.0f}};
+    const resource::BorrowedBuffer borrowed = m_resources.borrowBuffer(sizeof(data), 0, BufferKind::Constant);
+    m_device.updateBuffer(borrowed.buffer, 0, bytesOf(data));
+    m_device.setPipeline(m_surroundingsPipeline);
+    m_device.setUniformBuffer(s_uDrawSlot, borrowed.buffer);
+    m_device.draw(4, 0, 4);
+    m_resources.returnBuffer(borrowed);
 }
 
 void Renderer::drawQuads(const SceneView& view)

@@ -2,7 +2,9 @@
 
 #include "KestrelCommon/Device/GraphicsDeviceI.h"
 #include "KestrelCommon/renderer/DebugDrawer.h"
-#include "KestrelCommon/renderer/RenderSettings.h"
+#include "KestrelCommon/renderer/GroundMesh.h"
+#include "KestrelCommon/renderer/GroundShade.h"
+#include "KestrelCommon/renderer/SceneSchedule.h"
 #include "KestrelCommon/renderer/TerrainSurfaceBindings.h"
 
 namespace resource
@@ -65,12 +67,21 @@ public:
     /// For a fresh ground tile: scene mode 0 and the distances of a tile.
     void resetForGroundTile();
 
-    /// Draws the scene over the whole target; null is the window. Leaves no pass open.
+    /// Draws the scene over the whole target; null is the window. Leaves no pass open. For the window
+    /// a picture of the scene is kept and drawn anew only when something changed, see SceneSchedule;
+    /// lines come on top of it.
     void render(TargetHandle target, int iWidth, int iHeight, const SceneView& view);
 
 private:
     void updateFrameBuffer(int iWidth, int iHeight, const SceneView& view);
-    void drawGround();
+    void renderWindow(int iWidth, int iHeight, const SceneView& view);
+    [[nodiscard]] SceneState stateOf(int iWidth, int iHeight, const SceneView& view) const;
+    [[nodiscard]] std::array<uint64_t, s_uSceneContents> groundState(const TerrainSurfaceBindings& ground) const;
+    [[nodiscard]] bool hasGround() const;
+    void drawScene(const SceneView& view, bool bWindow);
+    void drawGround(const SceneView& view);
+    void drawSurroundings();
+    void drawRim();
     void drawQuads(const SceneView& view);
     void drawLines();
     void drawLineList(std::span<const DebugDrawer::Line> spanLines, PipelineHandle pipeline, float fOpacity);
@@ -87,11 +98,18 @@ private:
 
     PipelineHandle m_groundPipeline;
     PipelineHandle m_groundDepthPipeline;
+    PipelineHandle m_rimPipeline;
+    PipelineHandle m_surroundingsPipeline;
     PipelineHandle m_skyPipeline;
     PipelineHandle m_quadPipeline;
     PipelineHandle m_linePipeline;        ///< hidden by what is in front
     PipelineHandle m_lineThroughPipeline; ///< shows through everything
     BufferHandle m_frameBuffer;
+    GroundShade m_shade;
+    GroundMesh m_mesh;
+    SceneSchedule m_schedule;
+    TargetHandle m_sceneTarget; ///< the window's scene, without lines
+    SceneSchedule::Size m_sceneSize{0, 0};
 };
 
 } // namespace rend

@@ -25,6 +25,8 @@ struct TerrainSurfaceBindings
 
     // How the index buffer is read; beside the handles because the device keeps no formats.
     uint32_t indexCount = 0;
+    uint32_t verticesX = 0; ///< 2 m apart
+    uint32_t verticesY = 0;
     IndexWidth indexWidth = IndexWidth::Bits32;
 
     /// All but the layers to null.

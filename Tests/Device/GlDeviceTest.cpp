@@ -1,4 +1,5 @@
 #include "KestrelCommon/Device/GlDevice.h"
+#include "KestrelCommon/Core/FrameClock.h"
 #include "KestrelCommon/Device/EglContext.h"
 #include "Tests/Support/LogCapture.h"
 #include "Tests/Support/TempFolder.h"
@@ -47,11 +48,13 @@ struct GlDeviceTest : testing::Test
         makeDevice();
     }
 
-    void makeDevice()
+    void makeDevice(bool bAvoidClipControl = false)
     {
-        m_pDevice = createGlDevice(
-            *m_pContext,
-            {.iWidth = 8, .iHeight = 4, .cacheFolder = m_folder.path() / "Shaders", .bDebugOutput = true});
+        m_pDevice = createGlDevice(*m_pContext, {.iWidth = 8,
+                                                 .iHeight = 4,
+                                                 .cacheFolder = m_folder.path() / "Shaders",
+                                                 .bDebugOutput = true,
+                                                 .bAvoidClipControl = bAvoidClipControl});
         ASSERT_TRUE(m_pDevice) << m_log.dump();
     }
 
@@ -98,6 +101,18 @@ struct GlDeviceTest : testing::Test
     std::unique_ptr<GraphicsDeviceI> m_pDevice;
 };
 
+/// With glClipControl and without, as on older drivers.
+struct ClipSpaceTest : GlDeviceTest, testing::WithParamInterface<bool>
+{
+    void SetUp() override
+    {
+        GlDeviceTest::SetUp();
+        makeDevice(GetParam());
+    }
+};
+INSTANTIATE_TEST_SUITE_P(ClipControl, ClipSpaceTest, testing::Bool(),
+                         [](const auto& avoided) { return avoided.param ? "Avoided" : "Used"; });
+
 constexpr uint32_t s_uRed = 0xFF0000FF;
 constexpr uint32_t s_uGreen = 0xFF00FF00;
 constexpr uint32_t s_uBlack = 0xFF000000;
@@ -105,12 +120,14 @@ constexpr uint32_t s_uBlack = 0xFF000000;
 } // namespace
 
 /// Rows, winding and depth direction, each of which differs between the window and other targets in GL.
-TEST_F(GlDeviceTest, windowAndTargetsHaveTheSameRowsWindingAndReversedDepth)
+TEST_P(ClipSpaceTest, windowAndTargetsHaveTheSameRowsWindingAndReversedDepth)
 {
     const PipelineHandle pipeline = m_pDevice->createPipeline(pipelineDesc());
     ASSERT_TRUE(pipeline) << m_log.dump();
     const TargetHandle target = m_pDevice->createTarget({.sName = "t", .iWidth = 8, .iHeight = 4});
-    for (const TargetHandle tested : {TargetHandle{}, target})
+    const TargetHandle likeWindow =
+        m_pDevice->createTarget({.sName = "w", .iWidth = 8, .iHeight = 4, .bWindowRows = true});
+    for (const TargetHandle tested : {TargetHandle{}, target, likeWindow})
     {
         m_pDevice->beginPass(tested, {});
         drawQuarter(pipeline, s_uRed, 0.75f);
@@ -125,7 +142,7 @@ TEST_F(GlDeviceTest, windowAndTargetsHaveTheSameRowsWindingAndReversedDepth)
     EXPECT_EQ(m_log.errors(), 0u) << m_log.dump();
 }
 
-TEST_F(GlDeviceTest, scissorCountsFromTheTopLeft)
+TEST_P(ClipSpaceTest, scissorCountsFromTheTopLeft)
 {
     const PipelineHandle pipeline = m_pDevice->createPipeline(pipelineDesc());
     const TargetHandle target = m_pDevice->createTarget({.sName = "t", .iWidth = 8, .iHeight = 4});
@@ -139,6 +156,50 @@ TEST_F(GlDeviceTest, scissorCountsFromTheTopLeft)
         EXPECT_EQ(pixel(tested, 1, 0), s_uRed);
         EXPECT_EQ(pixel(tested, 3, 0), s_uBlack);
         EXPECT_EQ(pixel(tested, 1, 1), s_uBlack);
+    }
+}
+
+/// Whatever the order of rows of both; the depth that came along hides what is drawn later.
+TEST_F(GlDeviceTest, copiesKeepTheirRowsAndDepthAndScale)
+{
+    const PipelineHandle pipeline = m_pDevice->createPipeline(pipelineDesc());
+    for (const bool bWindowRows : {false, true})
+        for (const int iScale : {1, 2})
+            for (const bool bDepth : {false, true})
+            {
+                const TargetHandle source = m_pDevice->createTarget(
+                    {.sName = "s", .iWidth = 8 * iScale, .iHeight = 4 * iScale, .bWindowRows = bWindowRows});
+                m_pDevice->beginPass(source, {});
+                drawQuarter(pipeline, s_uRed, 0.75f);
+                m_pDevice->endPass();
+                m_pDevice->beginPass({}, {});
+                m_pDevice->endPass();
+                ASSERT_TRUE(m_pDevice->copyTarget(source, {}, bDepth));
+                EXPECT_EQ(pixel({}, 0, 0), s_uRed);
+                EXPECT_EQ(pixel({}, 1, 3), s_uBlack);
+                EXPECT_EQ(pixel({}, 6, 0), s_uBlack);
+                m_pDevice->beginPass({}, {.bClearColour = false, .bClearDepth = false});
+                drawQuarter(pipeline, s_uGreen, 0.5f);
+                m_pDevice->endPass();
+                EXPECT_EQ(pixel({}, 0, 0), bDepth ? s_uRed : s_uGreen);
+            }
+    EXPECT_FALSE(m_pDevice->copyTarget({}, {}, false));
+    EXPECT_EQ(m_log.errors(), 1u) << m_log.dump();
+}
+
+/// A first frame's time once came out as the time since the machine's start.
+TEST_F(GlDeviceTest, frameTimeIsNeverMoreThanWhatPassed)
+{
+    const PipelineHandle pipeline = m_pDevice->createPipeline(pipelineDesc());
+    const double fStart = FrameClock::seconds();
+    for (int i = 0; i < 8; ++i)
+    {
+        m_pDevice->beginPass({}, {});
+        drawQuarter(pipeline, s_uRed, 0.5f);
+        m_pDevice->endPass();
+        EXPECT_TRUE(m_pDevice->present());
+        (void)pixel({}, 0, 0);
+        EXPECT_LE(m_pDevice->gpuMilliseconds(), (FrameClock::seconds() - fStart) * 1000.0 + 1.0);
     }
 }
 

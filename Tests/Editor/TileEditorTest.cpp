@@ -78,6 +78,31 @@ TEST_F(TileEditorTest, savingMakesTheUsersItemAndOpeningBringsTheGroundBack)
     EXPECT_EQ(m_world.windows.sMessage, "");
 }
 
+TEST_F(TileEditorTest, deletingTakesTheUsersOwnFolderAfterAQuestionAndNothingElse)
+{
+    m_editor.saveAs("Game.tile", "$GAME_DATA");
+    EXPECT_FALSE(m_editor.canDeleteTile());
+    m_editor.deleteTile();
+    EXPECT_EQ(m_world.windows.sMessage, "Error deleting tile.");
+    EXPECT_EQ(m_world.windows.sQuestion, "");
+
+    m_editor.newTile(1);
+    m_editor.saveAs("Hill", "");
+    const auto pathFolder = m_world.directories.resolvePath(m_editor.documentDirectory());
+    ASSERT_TRUE(m_editor.canDeleteTile());
+    m_editor.deleteTile();
+    EXPECT_EQ(m_world.windows.sQuestion,
+              "This action will delete your local tile.\nAny tile on workshop will stay.");
+    m_world.windows.fnOnYes();
+    EXPECT_TRUE(std::filesystem::exists(pathFolder)) << "one frame later";
+    m_world.pUgc->updateRemoved();
+    EXPECT_FALSE(std::filesystem::exists(pathFolder));
+    EXPECT_EQ(m_editor.documentName(), "");
+    EXPECT_TRUE(m_editor.tileFiles().empty());
+    EXPECT_EQ(m_editor.history().vecCached.size(), 1u) << "the game's tile can still be returned to";
+    EXPECT_TRUE(m_world.directories.exists("$GAME_DATA/Game.tile"));
+}
+
 TEST_F(TileEditorTest, unsavedChangesAreAskedAboutBeforeTheyGo)
 {
     m_editor.setTool(ToolHeight);

@@ -11,10 +11,14 @@ struct FakeActions : tilebuilder::EditorActionsI
     tilebuilder::CameraStatus camera;
     bool bOpen = true;
     bool bUnsaved = false;
+    bool bOwn = true;
     std::string sName;
     std::string sDirectory;
     std::vector<std::string> vecStack;
     std::vector<tilebuilder::TileFile> vecFiles;
+    std::vector<tilebuilder::MaterialSetChoice> vecSets;
+    tilebuilder::BoundMaterials bound;
+    bool bBinds = true; ///< a set that is asked for is bound
     tilebuilder::HistoryStatus status;
     std::string sCalls; ///< one word a call, in order
 
@@ -42,12 +46,39 @@ struct FakeActions : tilebuilder::EditorActionsI
             vecChoices.push_back({brush(vecChoices.size()), pName});
         return vecChoices;
     }
+    [[nodiscard]] std::vector<tilebuilder::MaterialSetChoice> materialSets() const override
+    {
+        return vecSets;
+    }
+    [[nodiscard]] tilebuilder::BoundMaterials boundMaterials() const override { return bound; }
+    [[nodiscard]] uint64_t boundMaterialHash() const override { return bound.uHash; }
+    bool bindMaterialSet(const std::string& sPath) override
+    {
+        note("bind " + sPath);
+        return bBinds;
+    }
+    void setColorTarget(tilebuilder::ColorRgba* pTarget, uint8_t uKind, tilebuilder::ColorCallback onChanged,
+                        tilebuilder::ColorCallback onPicked) override
+    {
+        state.pColorTarget = pTarget;
+        state.colorTargetKind = uKind;
+        state.onColorChanged = std::move(onChanged);
+        state.onColorPicked = std::move(onPicked);
+    }
+    void changeColor(const tilebuilder::ColorRgba& color) override
+    {
+        note("color");
+        if (state.pColorTarget)
+            *state.pColorTarget = color;
+    }
     [[nodiscard]] bool isDocumentOpen() const override { return bOpen; }
     [[nodiscard]] std::string documentName() const override { return sName; }
     [[nodiscard]] std::string documentDirectory() const override { return sDirectory; }
     [[nodiscard]] Uuid documentUuid() const override { return {}; }
     [[nodiscard]] bool isUnsaved() const override { return bUnsaved; }
     [[nodiscard]] tilebuilder::HistoryStatus history() const override { return status; }
+    [[nodiscard]] bool canDeleteTile() const override { return bOwn; }
+    void deleteTile() override { note("delete"); }
     void undo() override { note("undo"); }
     void redo() override { note("redo"); }
     void restoreFromDisk() override { note("restore"); }

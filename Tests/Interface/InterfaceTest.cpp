@@ -10,6 +10,7 @@
 #include "TileEditorCommon/Interface/TileEditorInterface.h"
 
 #include <MyGUI_Button.h>
+#include <MyGUI_ComboBox.h>
 #include <MyGUI_ItemBox.h>
 #include <MyGUI_MenuBar.h>
 #include <MyGUI_MenuItem.h>
@@ -29,6 +30,9 @@ struct InterfaceTest : GuiFixture
     void SetUp() override
     {
         GuiFixture::SetUp();
+        m_actions.vecSets = {{"Standard", "$GAME_DATA/a.json"}, {"Autumn", "$SURVIVAL_DATA/b.json"}};
+        m_actions.bound = {7, "$GAME_DATA/a.json", materials("Standard")};
+        m_actions.setColorTarget(&m_actions.state.groundColor, ColorTargetGround, {}, {});
         m_pPopUps = std::make_unique<PopUpManager>(*m_pGui);
         m_pInterface = std::make_unique<TileEditorInterface>(
             InterfaceParts{*m_pGui, *m_pPopUps, m_actions, m_keys, true, {}});
@@ -40,6 +44,21 @@ struct InterfaceTest : GuiFixture
         m_pInterface.reset();
         m_pPopUps.reset();
         GuiFixture::TearDown();
+    }
+
+    static std::vector<MaterialChoice> materials(const std::string& sSet)
+    {
+        std::vector<MaterialChoice> vecMaterials;
+        for (int i = 0; i < 8; ++i)
+            vecMaterials.push_back({sSet + std::to_string(i), "$GAME_DATA/Gui/Editor/ed_icon_size.png"});
+        return vecMaterials;
+    }
+
+    /// The middle of an item of the material list.
+    void clickMaterial(int iItem)
+    {
+        const MyGUI::IntCoord list = widget("GroundMaterialList")->getAbsoluteCoord();
+        click(list.left + 50 + iItem % 2 * 106, list.top + 40 + iItem / 2 * 80);
     }
 
     InputManager m_input;
@@ -112,6 +131,74 @@ TEST_F(InterfaceTest, toolButtonsAndPanelsWriteThrough)
     EXPECT_FALSE(widget<MyGUI::Button>("HeightModeSmooth")->getStateSelected());
     m_pInterface->showToolPanels(ToolPlace);
     EXPECT_FALSE(widget("BrushWindow")->getVisible());
+}
+
+TEST_F(InterfaceTest, materialsAreChosenFromTheListAndSetsFromTheBox)
+{
+    m_pInterface->showToolPanels(ToolMaterial);
+    settle(2);
+    auto* pList = widget<MyGUI::ItemBox>("GroundMaterialList");
+    ASSERT_EQ(pList->getItemCount(), 8u);
+    EXPECT_EQ(pList->getIndexSelected(), 0u);
+    clickMaterial(5);
+    EXPECT_EQ(m_actions.state.groundMaterial, 5u);
+    EXPECT_EQ(pList->getIndexSelected(), 5u);
+    EXPECT_FALSE(m_pGui->hasKeyFocus()) << "the next press paints";
+
+    auto* pSets = widget<MyGUI::ComboBox>("GroundMaterialSet");
+    EXPECT_EQ(pSets->getOnlyText(), "Standard");
+    m_actions.sCalls.clear();
+    click(pSets);
+    settle();
+    const MyGUI::IntCoord box = pSets->getAbsoluteCoord();
+    click(box.left + 30, box.bottom() + 4 + 26 + 13); // the second line
+    EXPECT_EQ(m_actions.sCalls, "bind $SURVIVAL_DATA/b.json;dirty;");
+    EXPECT_FALSE(m_pGui->hasKeyFocus());
+    m_pInterface->refresh(0);
+    EXPECT_EQ(pSets->getOnlyText(), "Standard") << "as long as it isn't bound";
+
+    m_actions.bound = {8, "$SURVIVAL_DATA/b.json", materials("Autumn")};
+    m_pInterface->refresh(0);
+    EXPECT_EQ(pSets->getOnlyText(), "Autumn");
+    EXPECT_EQ(m_actions.state.groundMaterial, 0u);
+    EXPECT_EQ(pList->getIndexSelected(), 0u);
+    settle(2);
+    EXPECT_EQ(widget<MyGUI::TextBox>("ItemName")->getCaption(), MyGUI::UString("Autumn0"));
+}
+
+TEST_F(InterfaceTest, colorEditorMarksItsChangesAndShowsTheTarget)
+{
+    m_pInterface->showToolPanels(ToolColor);
+    m_actions.state.groundColor = {0.0f, 0.0f, 0.0f, 1.0f};
+    m_pInterface->refresh(0);
+    m_actions.sCalls.clear();
+    click(widget("ColorArea"));
+    EXPECT_EQ(m_actions.sCalls, "dirty;");
+    EXPECT_NEAR(m_pInterface->editorColor()[0], 0.5f, 0.01f);
+    EXPECT_EQ(m_actions.state.groundColor[0], 0.0f) << "the frame hands it over";
+
+    m_actions.sCalls.clear();
+    click(widget("RESET_COLOR_ID"));
+    EXPECT_EQ(m_actions.sCalls, "color;dirty;");
+    EXPECT_EQ(m_actions.state.groundColor[0], 1.0f);
+    click(widget("PickColor"));
+    m_pInterface->refresh(0);
+    EXPECT_TRUE(widget<MyGUI::Button>("PickColor")->getStateSelected());
+    EXPECT_EQ(m_pInterface->editorColor()[0], 1.0f);
+    m_actions.state.pickState = PickNormal;
+    m_pInterface->refresh(0);
+    EXPECT_FALSE(widget<MyGUI::Button>("PickColor")->getStateSelected());
+
+    for (const auto& [iWidth, iHeight] : {std::pair{1920, 1080}, {3840, 2160}, {1280, 720}})
+    {
+        m_pGui->resize(iWidth, iHeight);
+        m_pInterface->showToolPanels(ToolColor);
+        settle(2);
+        const MyGUI::IntCoord window = widget("ColorEditor")->getAbsoluteCoord();
+        EXPECT_EQ(window.right() + widget("BrushWindow")->getLeft(), iWidth);
+        EXPECT_EQ(window.top, widget("BrushWindow")->getTop());
+        EXPECT_EQ(widget("ButtonArea")->getBottom() + widget("ButtonArea")->getLeft(), window.height);
+    }
 }
 
 TEST_F(InterfaceTest, tabWalksThroughTheBrushNumbers)

@@ -173,7 +173,8 @@ TEST_F(BarModelsTest, rightBarNamesTheDocumentAndLeadsBack)
 TEST_F(BarModelsTest, panelsFollowTheTool)
 {
     EXPECT_EQ(panelsOf(ToolHeight), (ToolPanels{true, true}));
-    EXPECT_EQ(panelsOf(ToolColor), (ToolPanels{true, false}));
+    EXPECT_EQ(panelsOf(ToolMaterial), (ToolPanels{.bBrush = true, .bGroundMaterial = true}));
+    EXPECT_EQ(panelsOf(ToolColor), (ToolPanels{.bBrush = true, .bColorEditor = true}));
     EXPECT_EQ(panelsOf(ToolPlace), (ToolPanels{false, false}));
     const auto vecButtons = falloffButtons(m_actions);
     ASSERT_EQ(vecButtons.size(), 6u);

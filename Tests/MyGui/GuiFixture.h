@@ -14,6 +14,7 @@ struct GuiFixture : testing::Test
     rend::RecordingDevice m_device{1280, 720};
     std::unique_ptr<GuiSystemManager> m_pGui;
     uint32_t m_uExpectedWarnings = 0;
+    uint32_t m_uExpectedErrors = 0;
     CursorShape m_eCursor = CursorShape::Count; ///< last one set
     std::string m_sClipboard;
 
@@ -45,7 +46,7 @@ struct GuiFixture : testing::Test
     void TearDown() override
     {
         m_pGui.reset();
-        EXPECT_EQ(m_log.errors(), 0u) << m_log.dump();
+        EXPECT_EQ(m_log.errors(), m_uExpectedErrors) << m_log.dump();
         EXPECT_EQ(m_log.warnings(), m_uExpectedWarnings) << m_log.dump();
         EXPECT_EQ(m_device.bufferCount(), 0u);
         EXPECT_EQ(m_device.textureCount(), 0u);

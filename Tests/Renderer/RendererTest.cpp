@@ -16,7 +16,24 @@ struct RendererTest : testing::Test
 {
     void SetUp() override { ASSERT_TRUE(m_renderer.init()) << m_log.dump(); }
 
-    void render() { m_renderer.render({}, 64, 64, {}); }
+    void render(const SceneView& view = {}) { m_renderer.render({}, 64, 64, view); }
+
+    /// A ground of that many vertices, all at height 0.
+    TerrainSurfaceBindings& publish(uint32_t uVerticesX, uint32_t uVerticesY)
+    {
+        TerrainSurfaceBindings& ground = m_renderer.terrainBindings();
+        const size_t uVertices = size_t{uVerticesX} * uVerticesY;
+        ground.indexCount = (uVerticesX - 1) * (uVerticesY - 1) * 6;
+        ground.vertexBuffer = m_device.createBuffer({"v", uVertices * 20, 20, BufferKind::Vertex}, {});
+        ground.indexBuffer = m_device.createBuffer({"i", ground.indexCount * 4, 4, BufferKind::Index}, {});
+        ground.surfaceInfo = m_device.createBuffer({"c", 16, 0, BufferKind::Constant}, {});
+        ground.verticesX = uVerticesX;
+        ground.verticesY = uVerticesY;
+        for (TextureHandle* pTexture : {&ground.diffuseArray, &ground.asgArray, &ground.normalArray,
+                                        &ground.texture0, &ground.texture1})
+            *pTexture = m_device.createTexture({.sName = "t"});
+        return ground;
+    }
 
     LogCapture m_log;
     RecordingDevice m_device;
@@ -38,15 +55,9 @@ TEST_F(RendererTest, groundIsOneIndexedDrawWithFiveTexturesInTheirOrder)
     render();
     EXPECT_EQ(m_device.count(Kind::DrawIndexed), 0u) << "nothing is published yet";
 
-    TerrainSurfaceBindings& ground = m_renderer.terrainBindings();
-    ground.vertexBuffer = m_device.createBuffer({"v", 80, 20, BufferKind::Vertex}, {});
-    ground.indexBuffer = m_device.createBuffer({"i", 24, 4, BufferKind::Index}, {});
-    ground.surfaceInfo = m_device.createBuffer({"c", 16, 0, BufferKind::Constant}, {});
-    ground.indexCount = 6;
+    TerrainSurfaceBindings& ground = publish(2, 2);
     const auto arrTextures = {&ground.diffuseArray, &ground.asgArray, &ground.normalArray, &ground.texture0,
                               &ground.texture1};
-    for (TextureHandle* pTexture : arrTextures)
-        *pTexture = m_device.createTexture({.sName = "t"});
     m_device.clearCalls();
     render();
 
@@ -54,7 +65,7 @@ TEST_F(RendererTest, groundIsOneIndexedDrawWithFiveTexturesInTheirOrder)
     std::vector<RecordingDevice::Call> vecTextures;
     std::copy_if(m_device.calls().begin(), m_device.calls().end(), std::back_inserter(vecTextures),
                  [](const RecordingDevice::Call& call) { return call.eKind == Kind::SetTexture; });
-    ASSERT_EQ(vecTextures.size(), 5u);
+    ASSERT_EQ(vecTextures.size(), 6u) << "the last is the shade map";
     for (const TextureHandle* pTexture : arrTextures)
     {
         EXPECT_EQ(vecTextures[uSlot].uId, pTexture->uId);
@@ -103,4 +114,39 @@ TEST_F(RendererTest, linesLiveForOneFrameAndHaveALimit)
     EXPECT_EQ(drawn(), 2u) << "a tested line is drawn faintly through everything and fully where it is seen";
     drawer.swap();
     EXPECT_EQ(drawn(), 0u);
+}
+
+/// A still scene costs a copy; whatever it shows makes it new, its lines don't.
+TEST_F(RendererTest, windowSceneIsDrawnAgainOnlyWhenSomethingOfItChanged)
+{
+    const TerrainSurfaceBindings& ground = publish(2, 2);
+    DebugDrawer drawer(16);
+    m_renderer.setDebugDrawer(&drawer);
+    SceneView view;
+    const auto isDrawn = [&]
+    {
+        m_device.clearCalls();
+        render(view);
+        EXPECT_EQ(m_device.count(Kind::CopyTarget), 1u);
+        return m_device.count(Kind::DrawIndexed) == 1;
+    };
+    EXPECT_TRUE(isDrawn());
+    EXPECT_FALSE(isDrawn());
+    const std::array<std::byte, 20> arrVertex{};
+    const std::array<std::byte, 4> arrTexel{};
+    EXPECT_TRUE(m_device.updateBuffer(ground.vertexBuffer, 20, arrVertex));
+    EXPECT_TRUE(isDrawn());
+    EXPECT_TRUE(m_device.updateTexture(ground.texture1, {0, 0, 1, 1}, 4, arrTexel));
+    EXPECT_TRUE(isDrawn());
+    m_device.generateMips(ground.normalArray);
+    EXPECT_TRUE(isDrawn());
+    view.view[3].x = 1.0f;
+    EXPECT_TRUE(isDrawn());
+    m_renderer.settings().exposure *= 1.1f;
+    EXPECT_TRUE(isDrawn());
+    drawer.addLine({0, 0, 0}, {1, 0, 0}, glm::vec4(1.0f));
+    drawer.swap();
+    EXPECT_FALSE(isDrawn());
+    EXPECT_EQ(m_device.count(Kind::Draw), 2u);
+    EXPECT_FALSE(isDrawn());
 }

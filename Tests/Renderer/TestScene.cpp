@@ -198,6 +198,7 @@ void TestScene::setGround(int iCells, const std::function<TestGroundSample(float
     ground.surfaceInfo =
         m_pResources->createBuffer(bytesOf(vecInfo), 16, 0, "CB_SURFACE_INFO", rend::BufferKind::Constant);
     ground.indexCount = static_cast<uint32_t>(vecIndices.size());
+    ground.verticesX = ground.verticesY = uSide;
     for (rend::TextureHandle* pTexture : {&ground.texture0, &ground.texture1})
     {
         *pTexture = m_pDevice->createTexture(

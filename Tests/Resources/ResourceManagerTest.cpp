@@ -75,7 +75,10 @@ TEST_P(ResourceManagerTest, layersAreScaledUploadedAndSharedByRequest)
     const auto* pTexture = m_device.texture(texture);
     ASSERT_EQ(pTexture->vecBytes.size(), 8u * 8 * 4 * 3);
     EXPECT_EQ(pTexture->desc.iMips, 4);
-    EXPECT_TRUE(pTexture->bMipsMade);
+    EXPECT_TRUE(pTexture->desc.bSrgb) << "colours, and no CPU draws";
+    EXPECT_FALSE(pTexture->bMipsMade);
+    EXPECT_EQ(m_device.count(rend::RecordingDevice::CallKind::UpdateTexture), 4u + 3 * 4)
+        << "with their mips";
     EXPECT_EQ(pTexture->vecBytes[0], std::byte{200});
     EXPECT_EQ(pTexture->vecBytes[8 * 8 * 4], std::byte{100});
     // The missing one is the flat normal map, by its name.
@@ -85,6 +88,28 @@ TEST_P(ResourceManagerTest, layersAreScaledUploadedAndSharedByRequest)
     EXPECT_EQ(pManager->loadTextureArray(vecPaths, 8, 8, s_eBc3, 0, 0), texture);
     EXPECT_NE(pManager->loadTextureArray(vecPaths, 8, 8, s_eBc3, 0, 1), texture);
     EXPECT_NE(pManager->loadTextureArray(std::span(vecPaths).first(2), 8, 8, s_eBc3, 0, 0), texture);
+}
+
+TEST_F(ResourceRulesTest, onlyColoursAreTakenForSrgbAndTheirMipsAverageLight)
+{
+    Picture checker = plain(4, 2, 0);
+    for (size_t u = 0; u < checker.vecPixels.size(); ++u)
+        checker.vecPixels[u] = std::byte{(u / 4 + u / 16) % 2 == 0 ? uint8_t{255} : uint8_t{0}};
+    const Picture half = halveColours(checker);
+    ASSERT_EQ(half.vecPixels.size(), 8u);
+    EXPECT_EQ(half.vecPixels[0], std::byte{188}) << "half the light of white";
+    EXPECT_EQ(half.vecPixels[7], std::byte{128}) << "alpha is a height";
+    EXPECT_EQ(halveColours(half).iHeight, 1);
+
+    const auto isSrgb = [&](const char* pPath, TextureResourceLayout eLayout)
+    {
+        const std::vector<std::string> vecPath{pPath};
+        return m_device.texture(make()->loadTextureArray(vecPath, 8, 8, eLayout, 0, 0))->desc.bSrgb;
+    };
+    EXPECT_FALSE(isSrgb("$GAME_DATA/a_asg.png", s_eBc3));
+    EXPECT_FALSE(isSrgb("$GAME_DATA/a.png", TextureResourceLayout::Bc5));
+    m_device.m_bSoftware = true;
+    EXPECT_FALSE(isSrgb("$GAME_DATA/a_dif.png", s_eBc3)) << "its shaders do that themselves";
 }
 
 INSTANTIATE_TEST_SUITE_P(Loading, ResourceManagerTest, testing::Bool());

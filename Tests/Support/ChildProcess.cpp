@@ -4,6 +4,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -41,8 +42,12 @@ ChildProcess::~ChildProcess()
 
 bool ChildProcess::isRunning()
 {
-    if (!m_bEnded && m_iPid > 0 && ::waitpid(m_iPid, &m_iStatus, WNOHANG) == m_iPid)
+    rusage usage = {};
+    if (!m_bEnded && m_iPid > 0 && ::wait4(m_iPid, &m_iStatus, WNOHANG, &usage) == m_iPid)
+    {
         m_bEnded = true;
+        m_iPeakMemoryKb = usage.ru_maxrss;
+    }
     return !m_bEnded;
 }
 

@@ -21,10 +21,13 @@ public:
     /// The exit status; -1 when it was killed by a signal or still runs after that long.
     int wait(double fSeconds);
     [[nodiscard]] bool isRunning();
+    /// The most memory that it held, in kB; 0 until it ended.
+    [[nodiscard]] long peakMemoryKb() const { return m_iPeakMemoryKb; }
 
 private:
     pid_t m_iPid = -1;
     int m_iStatus = 0;
+    long m_iPeakMemoryKb = 0;
     bool m_bEnded = false;
 };
 

@@ -2,6 +2,7 @@
 
 #include "KestrelCommon/Core/UserMessageI.h"
 #include "KestrelCommon/Services/DirectoryManager.h"
+#include "KestrelCommon/Ugc/UgcCustomGameMod.h"
 #include "KestrelCommon/Ugc/UgcTile.h"
 #include "Tests/Support/LogCapture.h"
 #include "Tests/Support/TempFolder.h"
@@ -131,6 +132,65 @@ TEST_F(UgcManagerTest, removalTellsTheOthersAndDeletesOnlyTheUsersOwnFolder)
     EXPECT_TRUE(std::filesystem::exists(sForeign + "/hill.tile"));
     m_pManager->updateRemoved();
     EXPECT_EQ(uTold, 2u);
+}
+
+TEST_F(UgcManagerTest, aCustomGameFindsItsContentAndTellsWhatIsMissing)
+{
+    const std::string sMod = m_directories.userSubFolder("/Mods") + "/game";
+    std::filesystem::create_directories(sMod + "/Terrain/Tiles");
+    std::filesystem::create_directories(sMod + "/Particles");
+    std::ofstream(sMod + "/description.json")
+        << "{\"type\":\"Custom Game\",\"name\":\"Mine\",\"localId\":\"" << s_pId << "\"}";
+    std::ofstream(sMod + "/Terrain/Tiles/b.tile") << "TILE";
+    std::ofstream(sMod + "/Terrain/Tiles/a.tile") << "TILE";
+    std::ofstream(sMod + "/config.json") << R"({"baseGameContent":"Survival",
+        "gameScript":{"file":"$CONTENT_DATA/game.lua","class":"Game"},
+        "playerScript":{"file":"$CONTENT_DATA/../../../secret","class":"Player"}})";
+    std::ofstream(sMod + "/game.lua") << "";
+    std::ofstream(m_directories.userFolder() + "/../secret") << "";
+
+    const auto pGame = std::dynamic_pointer_cast<UgcCustomGameMod>(m_pManager->loadItem(sMod));
+    ASSERT_TRUE(pGame) << m_log.dump();
+    const std::string sKey = std::string("$CONTENT_") + s_pId;
+    EXPECT_EQ(pGame->baseGameContent(), BaseGameContent::Survival);
+    EXPECT_EQ(pGame->paths().sTiles, sKey + "/Terrain/Tiles");
+    EXPECT_EQ(pGame->getTileFiles(),
+              (std::vector<std::string>{sKey + "/Terrain/Tiles/a.tile", sKey + "/Terrain/Tiles/b.tile"}));
+    EXPECT_EQ(pGame->paths().sAssetSets, "");
+    EXPECT_EQ(pGame->paths().sPrefabs, sKey + "/Prefabs") << "kept without a test";
+    EXPECT_EQ(pGame->paths().sParticles, "") << "a folder without a list";
+    EXPECT_TRUE(pGame->validate());
+    EXPECT_FALSE(pGame->prepare());
+    EXPECT_EQ(pGame->gameScript().sFile, sKey + "/game.lua");
+    EXPECT_EQ(m_messages.sAll, "ERROR_MESSAGE|File not found: '$CONTENT_DATA/../../../secret'\n");
+}
+
+TEST_F(UgcManagerTest, dependenciesLearnNumbersAndLoseDoubles)
+{
+    const auto pItem = m_pManager->loadItem(describe("own", tile(",\"fileId\":42")));
+    ASSERT_TRUE(pItem);
+    const Uuid own = *Uuid::parse(s_pId);
+    const Uuid other = Uuid::random();
+    std::vector<ContentId> vecIds = {{0, own}, {42, other}, {0, other}, {7, other}};
+    EXPECT_TRUE(m_pManager->refreshDependencies(vecIds));
+    EXPECT_EQ(vecIds, (std::vector<ContentId>{{42, own}, {0, other}, {7, other}}));
+    EXPECT_FALSE(m_pManager->refreshDependencies(vecIds));
+}
+
+TEST_F(UgcManagerTest, aCallbackIsKnownByItsType)
+{
+    int iCalls = 0;
+    const auto count = [&](const UgcManager::Items&) { ++iCalls; };
+    m_pManager->addAddedCallback(UgcKind::Tile, count);
+    m_pManager->addAddedCallback(UgcKind::Tile, count);
+    m_pManager->addAddedCallback(UgcKind::None, count);
+    m_pManager->loadItem(describe("own", tile("")));
+    m_pManager->updateAdded();
+    EXPECT_EQ(iCalls, 2) << "once for the kind, once for all kinds";
+    m_pManager->removeAddedCallback(UgcKind::Tile, count);
+    m_pManager->createTileItem();
+    m_pManager->updateAdded();
+    EXPECT_EQ(iCalls, 3);
 }
 
 TEST_F(UgcManagerTest, dependenciesLeaveOutTheItemItself)

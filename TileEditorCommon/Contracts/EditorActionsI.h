@@ -20,6 +20,28 @@ struct BrushChoice
     std::string sName; ///< "Linear", "Smooth", "Rounded", "Sharp", "Solid", "Gauss"; also names the picture
 };
 
+/// A ground material set that can be bound.
+struct MaterialSetChoice
+{
+    std::string sName;
+    std::string sPath; ///< keyed path of the set's file
+};
+
+/// A ground material that can be painted.
+struct MaterialChoice
+{
+    std::string sName;
+    std::string sPicture; ///< keyed path of the colour map
+};
+
+/// The ground material set on the ground.
+struct BoundMaterials
+{
+    uint64_t uHash = 0; ///< 0: none is bound
+    std::string sPath;
+    std::vector<MaterialChoice> vecMaterials; ///< in the order of their weights
+};
+
 /// A tile that the open window lists.
 struct TileFile
 {
@@ -53,6 +75,20 @@ public:
     /// All falloffs in the order of their buttons.
     [[nodiscard]] virtual std::vector<BrushChoice> brushes() const = 0;
 
+    // Ground materials and colours
+
+    /// What the lists of the game's content name, read from disk.
+    [[nodiscard]] virtual std::vector<MaterialSetChoice> materialSets() const = 0;
+    [[nodiscard]] virtual BoundMaterials boundMaterials() const = 0;
+    [[nodiscard]] virtual uint64_t boundMaterialHash() const = 0;
+    /// True when a new set was bound; else the bound one stays. Changes no document.
+    virtual bool bindMaterialSet(const std::string& sPath) = 0;
+    /// What the colour editor and the eyedropper work on from now on; null: nothing. The target is
+    /// borrowed until the next call; a kind of ColorTargetKind.
+    virtual void setColorTarget(ColorRgba* pTarget, uint8_t uKind, ColorCallback onChanged,
+                                ColorCallback onPicked) = 0;
+    /// Writes the target and calls onColorChanged; nothing without a target.
+    virtual void changeColor(const ColorRgba& color) = 0;
     /// The names of all clutter types, by global index.
     [[nodiscard]] virtual std::vector<std::string> clutterNames() const { return {}; }
 
@@ -76,6 +112,10 @@ public:
     virtual void openDocument(const std::string& sPath) = 0;
     /// Opens an entry of the path stack, below the last, and cuts the stack behind it.
     virtual void openStackLevel(size_t uLevel) = 0;
+    /// The open document belongs to an item of the user's own, which may be deleted.
+    [[nodiscard]] virtual bool canDeleteTile() const = 0;
+    /// Asks first; the item's folder goes, and an empty tile opens.
+    virtual void deleteTile() = 0;
     virtual void requestExit() = 0;
     /// All tiles that can be opened, looked up on disk, in the order of the list.
     [[nodiscard]] virtual std::vector<TileFile> tileFiles() const = 0;

@@ -27,6 +27,25 @@ enum HeightMode : uint32_t
     HeightSmooth = 2,
 };
 
+enum PickState : uint8_t
+{
+    PickArmed = 0,    ///< the next left click picks a colour
+    PickConsumed = 1, ///< a click was taken, nothing paints until the button is up
+    PickNormal = 2,
+};
+
+/// What kind of value a colour target is.
+enum ColorTargetKind : uint8_t
+{
+    ColorTargetNone = 0,
+    ColorTargetEntity = 1, ///< with alpha
+    ColorTargetGround = 2, ///< no alpha to choose
+};
+
+/// Red, green, blue and alpha, 0 to 1.
+using ColorRgba = std::array<float, 4>;
+using ColorCallback = std::function<void(const ColorRgba&)>;
+
 /// Plain values; owned by the editor object, read and written by the windows.
 struct EditorToolState
 {
@@ -36,7 +55,7 @@ struct EditorToolState
 
     uint8_t transformMode = 0; ///< 0 translate, 1 rotate, 2 scale
     uint8_t tool = ToolHeight;
-    uint8_t pickState = 2;  ///< 2 normal; 0 the next click picks a colour; 1 consumed until the release
+    uint8_t pickState = PickNormal;
     uint8_t selectMode = 1; ///< 1 normal; 0 connect mode
     uint32_t heightMode = HeightRaise;
     const Brush* pBrush = nullptr;
@@ -44,8 +63,12 @@ struct EditorToolState
     int32_t size = 25;     ///< diameter in metres, 0 to 10000
     bool noPlacement = true;
     std::vector<uint8_t> clutterSelection;
-    std::array<float, 4> entityColor{1.0f, 1.0f, 1.0f, 1.0f};
-    std::array<float, 4> groundColor{1.0f, 1.0f, 1.0f, 1.0f};
+    ColorRgba entityColor{1.0f, 1.0f, 1.0f, 1.0f};
+    ColorRgba groundColor{1.0f, 1.0f, 1.0f, 1.0f};
+    ColorRgba* pColorTarget = nullptr; ///< what the eyedropper and the colour editor write to; borrowed
+    uint8_t colorTargetKind = ColorTargetNone;
+    ColorCallback onColorChanged; ///< after the colour editor wrote the target
+    ColorCallback onColorPicked;  ///< after the eyedropper wrote the target
     uint32_t groundMaterial = 0;
     uint32_t viewMask = s_uDefaultViewMask;
 };

@@ -14,6 +14,7 @@
 #include "TileEditorCommon/Ground/Brush.h"
 #include "TileEditorCommon/Ground/CollisionWorld.h"
 #include "TileEditorCommon/Ground/EditorTerrainSurface.h"
+#include "TileEditorCommon/Ground/TerrainGroundMaterialSet.h"
 #include "TileEditorCommon/Pictures/IconGenerator.h"
 
 #include <chrono>
@@ -39,7 +40,11 @@ TileEditor::TileEditor(const EditorServices& services, bool bInfoBox, uint64_t u
     m_pCollision = std::make_unique<CollisionWorld>();
     m_pSurface = std::make_unique<EditorTerrainSurface>(*this, &m_pCollision->world());
     if (m_services.pRenderer)
-        m_pGroundView = std::make_unique<GroundView>(*m_services.pRenderer, *m_services.pResources);
+        m_pGroundTextures = std::make_unique<GroundTextures>(*m_services.pResources);
+    m_pMaterialSet = std::make_unique<TerrainGroundMaterialSet>(m_pGroundTextures.get());
+    m_pMaterialSet->load(TerrainGroundMaterialSet::s_pStandardPath);
+    if (m_services.pRenderer)
+        m_pGroundView = std::make_unique<GroundView>(*m_services.pRenderer, *m_pMaterialSet);
     m_pClutter = std::make_unique<EditorTerrainClutter>(*this, *m_pSurface, *m_pClutterDatabase);
     if (m_services.pRenderer && m_services.pRenderer->loadClutter(*m_pClutterDatabase))
         m_pClutter->attach(m_services.pRenderer->cullingGroups(), m_services.pRenderer->clutterTypes());
@@ -67,6 +72,11 @@ void TileEditor::setTool(uint8_t uTool)
     if (m_toolState.tool != uTool)
     {
         m_toolState.tool = uTool;
+        if (uTool == ToolColor)
+            armGroundColor();
+        else
+            setColorTarget(nullptr, ColorTargetNone, {}, {});
+        m_toolState.pickState = PickNormal;
         if (m_pInterface)
             m_pInterface->showToolPanels(uTool);
     }

@@ -9,6 +9,7 @@
 
 #include <functional>
 #include <glm/vec3.hpp>
+#include <glm/vec4.hpp>
 #include <map>
 #include <memory>
 
@@ -36,11 +37,14 @@ class ClutterDatabase;
 namespace tilebuilder
 {
 
+struct BrushDab;
 class CollisionWorld;
 class EditorTerrainClutter;
 class EditorTerrainSurface;
+class GroundTextures;
 class GroundView;
 class IconGenerator;
+class TerrainGroundMaterialSet;
 class Tile;
 struct CachedTile;
 enum class SaveResult : uint8_t;
@@ -110,6 +114,13 @@ public:
     [[nodiscard]] EditorToolState& toolState() override { return m_toolState; }
     void setTool(uint8_t uTool) override;
     [[nodiscard]] std::vector<BrushChoice> brushes() const override;
+    [[nodiscard]] std::vector<MaterialSetChoice> materialSets() const override;
+    [[nodiscard]] BoundMaterials boundMaterials() const override;
+    [[nodiscard]] uint64_t boundMaterialHash() const override;
+    bool bindMaterialSet(const std::string& sPath) override;
+    void setColorTarget(ColorRgba* pTarget, uint8_t uKind, ColorCallback onChanged,
+                        ColorCallback onPicked) override;
+    void changeColor(const ColorRgba& color) override;
     [[nodiscard]] std::vector<std::string> clutterNames() const override;
     [[nodiscard]] bool isDocumentOpen() const override;
     [[nodiscard]] std::string documentName() const override;
@@ -127,6 +138,8 @@ public:
     void redo() override;
     void restoreFromDisk() override;
     void resetUndoHistory() override;
+    [[nodiscard]] bool canDeleteTile() const override;
+    void deleteTile() override;
     void requestExit() override;
     [[nodiscard]] std::vector<TileFile> tileFiles() const override;
     [[nodiscard]] CameraStatus cameraStatus() const override;
@@ -167,6 +180,10 @@ private:
 
     void paintStep(float dt);
     void paint(const glm::vec3& hit, float fStep);
+    void paintHeight(const BrushDab& dab, bool bControl);
+    [[nodiscard]] glm::vec4 strokeColor() const;
+    void armGroundColor();
+    void pickGroundColor();
 
     // Documents
 
@@ -191,6 +208,8 @@ private:
     EditorToolState m_toolState;
     std::unique_ptr<CollisionWorld> m_pCollision;
     std::unique_ptr<EditorTerrainSurface> m_pSurface;
+    std::unique_ptr<GroundTextures> m_pGroundTextures; ///< null without a device
+    std::unique_ptr<TerrainGroundMaterialSet> m_pMaterialSet;
     std::unique_ptr<GroundView> m_pGroundView; ///< null without a device
     std::unique_ptr<tile::ClutterDatabase> m_pClutterDatabase;
     std::unique_ptr<EditorTerrainClutter> m_pClutter;

@@ -2,6 +2,7 @@
 
 #include "KestrelCommon/Services/DirectoryManager.h"
 #include "KestrelCommon/Tile/ClutterDatabase.h"
+#include "KestrelCommon/Ugc/UgcCustomGameMod.h"
 #include "KestrelCommon/Ugc/UgcManager.h"
 #include "KestrelCommon/Ugc/UgcTile.h"
 #include "KestrelCommon/renderer/Camera.h"
@@ -17,9 +18,9 @@ namespace tilebuilder
 namespace
 {
 
-TileFile makeTileFile(const std::string& sPath, const char* pCategory)
+TileFile makeTileFile(const std::string& sPath, const std::string& sCategory)
 {
-    return {std::filesystem::path(sPath).stem().string(), sPath, pCategory};
+    return {std::filesystem::path(sPath).stem().string(), sPath, sCategory};
 }
 
 } // namespace
@@ -63,8 +64,22 @@ void TileEditor::requestExit()
 std::vector<TileFile> TileEditor::tileFiles() const
 {
     std::vector<TileFile> vecFiles;
-    for (const std::string& sPath : Tile::listGameTiles(true, false))
-        vecFiles.push_back(makeTileFile(sPath, "Creative"));
+    bool bCreative = true;
+    bool bSurvival = false;
+    if (const auto& pContext = UgcManager::ms_pInstance->context)
+    {
+        for (const std::string& sPath : pContext->getTileFiles())
+            vecFiles.push_back(makeTileFile(sPath, pContext->name()));
+        const BaseGameContent eBase = static_cast<const UgcCustomGameMod&>(*pContext).baseGameContent();
+        bSurvival = eBase == BaseGameContent::Survival;
+        bCreative = bSurvival || eBase == BaseGameContent::Creative;
+    }
+    if (bCreative)
+        for (const std::string& sPath : Tile::listGameTiles(true, false))
+            vecFiles.push_back(makeTileFile(sPath, "Creative"));
+    if (bSurvival)
+        for (const std::string& sPath : Tile::listGameTiles(false, true))
+            vecFiles.push_back(makeTileFile(sPath, "Survival"));
     for (const auto& pItem : UgcManager::ms_pInstance->getTiles())
         if (const auto& pTileItem = static_cast<const UgcTile&>(*pItem);
             UgcManager::isUsersOwn(pTileItem) && !pTileItem.tilePath().empty())

@@ -11,10 +11,12 @@
 #include "TileEditorCommon/Document/Tile.h"
 #include "TileEditorCommon/Editor/CachedTile.h"
 #include "TileEditorCommon/Editor/GroundView.h"
+#include "TileEditorCommon/Editor/ProgressScope.h"
 #include "TileEditorCommon/Editor/TileEditor.h"
 #include "TileEditorCommon/Ground/EditorTerrainSurface.h"
 
 #include <cmath>
+#include <filesystem>
 
 namespace tilebuilder
 {
@@ -24,6 +26,7 @@ namespace
 
 constexpr const char* s_pUnsavedTitle = "#{MENU_YN_TITLE_ARE_YOU_SURE}";
 constexpr const char* s_pUnsavedText = "Are you sure you want leave this tile? There are unsaved changes.";
+constexpr uintmax_t s_uLongFile = 1 << 20;   ///< bytes from which opening a tile is felt
 constexpr float s_fFramingElevation = 45.0f; ///< degrees
 
 } // namespace
@@ -108,6 +111,10 @@ bool TileEditor::openTile(const std::string& sPath, bool bForget)
     // The image is checked before the open document has to go; see reinitialise().
     m_pIncomingTile = makeTile();
     Tile* pLoading = m_pIncomingTile.get();
+    std::error_code error;
+    const auto uBytes = std::filesystem::file_size(DirectoryManager::ms_pInstance->resolvePath(sPath), error);
+    const ProgressScope progress(m_pInterface, !error && uBytes > s_uLongFile,
+                                 "Opening " + sPath.substr(sPath.rfind('/') + 1));
     const bool bLoaded = pLoading->load(sPath);
     m_pIncomingTile.reset();
     if (m_pTile.get() != pLoading)

@@ -17,7 +17,8 @@ void TileEditor::paintStep(float dt)
     const auto hit = groundUnderCursor();
     const bool bOverWidget = m_pInterface && m_pInterface->isMouseOverWidget();
     if (hit && m_pGroundView && (m_bStrokeActive || !bOverWidget))
-        m_pGroundView->drawBrush(*m_pSurface, *hit, static_cast<float>(m_toolState.size) * 0.5f);
+        m_pGroundView->drawBrush(*m_pSurface, *hit, static_cast<float>(m_toolState.size) * 0.5f,
+                                 brushColours(m_toolState.tool, strokeColor()));
     if (m_services.pInput->buttonState[0] != InputHeld)
     {
         m_bStrokeActive = false;
@@ -41,10 +42,35 @@ void TileEditor::paint(const glm::vec3& hit, float fStep)
         return;
     const BrushDab dab{hit.x, hit.y, fRadius, StrokeClock::dabStrength(m_toolState.strength, fStep),
                        m_toolState.pBrush};
-    if (m_toolState.tool == ToolClutter)
-        m_pClutter->paint(m_toolState.clutterSelection, dab, m_services.pInput->mods() & ModControl);
-    if (m_toolState.tool != ToolHeight)
-        return;
+    const bool bControl = (m_services.pInput->mods() & ModControl) != 0;
+    switch (m_toolState.tool)
+    {
+    case ToolHeight:
+        paintHeight(dab, bControl);
+        break;
+    case ToolMaterial:
+        m_pSurface->paintMaterial(static_cast<int32_t>(m_toolState.groundMaterial), bControl, dab);
+        break;
+    case ToolColor:
+        m_pSurface->paintColor(strokeColor(), dab);
+        break;
+    case ToolClutter:
+        m_pClutter->paint(m_toolState.clutterSelection, dab, bControl);
+        break;
+    default:
+        break;
+    }
+}
+
+/// What the colour tool paints just now.
+glm::vec4 TileEditor::strokeColor() const
+{
+    const auto& [r, g, b, a] = m_toolState.groundColor;
+    return m_services.pInput->mods() & ModControl ? glm::vec4(1.0f) : glm::vec4(r, g, b, a);
+}
+
+void TileEditor::paintHeight(const BrushDab& dab, bool bControl)
+{
     switch (m_toolState.heightMode)
     {
     case HeightFlatten:
@@ -54,7 +80,7 @@ void TileEditor::paint(const glm::vec3& hit, float fStep)
         m_pSurface->smooth(dab);
         break;
     default:
-        m_pSurface->raise(dab, m_services.pInput->mods() & ModControl ? -1.0f : 1.0f);
+        m_pSurface->raise(dab, bControl ? -1.0f : 1.0f);
         break;
     }
 }

@@ -6,6 +6,7 @@
 #include "KestrelCommon/Ugc/UgcManager.h"
 #include "TileEditorCommon/Clutter/EditorTerrainClutter.h"
 #include "TileEditorCommon/Document/Tile.h"
+#include "TileEditorCommon/Editor/ProgressScope.h"
 #include "TileEditorCommon/Editor/TileEditor.h"
 #include "TileEditorCommon/Pictures/IconGenerator.h"
 
@@ -15,6 +16,17 @@ namespace tilebuilder
 {
 
 namespace fs = std::filesystem;
+
+namespace
+{
+
+// From about 8 x 8 cells on a save of final quality is felt.
+bool takesLong(const Tile& document)
+{
+    return document.width() * document.height() >= 64;
+}
+
+} // namespace
 
 void TileEditor::save()
 {
@@ -32,7 +44,9 @@ void TileEditor::saveAs(const std::string& sName, const std::string& sDirectory)
     // Copies: the arguments may be the tile's own texts, which the save changes.
     const std::string sWanted = sName;
     const std::string sPlace = sDirectory;
+    ProgressScope progress(m_pInterface, takesLong(*m_pTile), "Saving " + sWanted);
     const SaveResult eResult = m_pTile->save(sWanted, sPlace, m_uCreatorId, false);
+    progress.advance(0.8f);
     if (eResult == SaveResult::NeedsReplaceConfirmation && m_pInterface)
     {
         m_pInterface->askYesNo("#{MENU_YN_TITLE_ARE_YOU_SURE}",

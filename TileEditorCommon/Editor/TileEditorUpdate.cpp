@@ -51,7 +51,7 @@ void TileEditor::updateTools(float dt)
 {
     if (m_services.pCamera->flying)
         return;
-    if (m_bGroundOpen && m_toolState.tool <= ToolClutter && m_toolState.pickState == 2)
+    if (m_bGroundOpen && m_toolState.tool <= ToolClutter && m_toolState.pickState == PickNormal)
         paintStep(dt);
 }
 
@@ -63,8 +63,8 @@ void TileEditor::endPress()
         m_bStrokeDirty = false;
     }
     m_bStrokeActive = false;
-    if (m_toolState.pickState == 1)
-        m_toolState.pickState = 2;
+    if (m_toolState.pickState == PickConsumed)
+        m_toolState.pickState = PickNormal;
 }
 
 std::optional<glm::vec3> TileEditor::groundUnderCursor() const
@@ -80,7 +80,8 @@ std::optional<glm::vec3> TileEditor::groundUnderCursor() const
 
 void TileEditor::leftMouseDown()
 {
-    // The eyedropper and picking come with the tools that use them.
+    if (isDocumentOpen() && m_toolState.tool == ToolColor && m_toolState.pickState == PickArmed)
+        pickGroundColor();
 }
 
 } // namespace tilebuilder

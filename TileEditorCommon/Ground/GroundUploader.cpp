@@ -27,7 +27,7 @@ void GroundUploader::destroy()
     m_device.destroyBuffer(std::exchange(m_constantBuffer, {}));
     m_device.destroyTexture(std::exchange(m_texture0, {}));
     m_device.destroyTexture(std::exchange(m_texture1, {}));
-    m_uIndexCount = 0;
+    m_uIndexCount = m_uVerticesX = m_uVerticesY = 0;
     m_uLayout = 0;
 }
 
@@ -39,6 +39,8 @@ void GroundUploader::publish(rend::TerrainSurfaceBindings& bindings) const
     bindings.texture0 = m_texture0;
     bindings.texture1 = m_texture1;
     bindings.indexCount = m_uIndexCount;
+    bindings.verticesX = m_uVerticesX;
+    bindings.verticesY = m_uVerticesY;
     bindings.indexWidth = rend::IndexWidth::Bits32;
     bindMaterials(bindings);
 }
@@ -83,6 +85,8 @@ void GroundUploader::create(const EditorTerrainSurface& surface)
     m_texture1 = m_device.createTexture(desc);
     sendTexels(surface, {0, 0, desc.iWidth, desc.iHeight});
     m_uIndexCount = static_cast<uint32_t>(surface.indices().size());
+    m_uVerticesX = surface.verticesX();
+    m_uVerticesY = surface.verticesY();
 }
 
 void GroundUploader::sendTexels(const EditorTerrainSurface& surface, const GridRect& rect)

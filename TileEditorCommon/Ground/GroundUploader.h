@@ -45,6 +45,8 @@ private:
     const TerrainGroundMaterialSet* m_pMaterials;
     uint64_t m_uLayout = 0;
     uint32_t m_uIndexCount = 0;
+    uint32_t m_uVerticesX = 0;
+    uint32_t m_uVerticesY = 0;
     rend::BufferHandle m_vertexBuffer;
     rend::BufferHandle m_indexBuffer;
     rend::BufferHandle m_constantBuffer;

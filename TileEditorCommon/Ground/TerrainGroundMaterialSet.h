@@ -67,6 +67,11 @@ public:
     {
         return m_desc.arrNames;
     }
+    /// Keyed paths of the colour maps.
+    [[nodiscard]] const std::array<std::string, GroundMaterialCount>& diffusePaths() const
+    {
+        return m_desc.arrDiffuse;
+    }
     [[nodiscard]] const std::string& path() const { return m_path; }
     [[nodiscard]] rend::TextureHandle diffuseArray() const { return m_diffuseArray; }
     [[nodiscard]] rend::TextureHandle asgArray() const { return m_asgArray; }

@@ -68,8 +68,8 @@ std::vector<MenuEntry> buildLeftBar(EditorActionsI& actions, EditorInterfaceI& w
               entry(withShortcut(keys, "Save ", ActionSave), "Save", [&actions] { actions.save(); }),
               entry(withShortcut(keys, "Save As ", ActionSaveAs), "SaveAs",
                     [&windows] { windows.showSaveAsWindow(); }),
-              separator(), later("Delete Tile", "Delete Tile"), separator(),
-              entry("Exit", "Exit", [&actions] { actions.requestExit(); })}),
+              separator(), entry("Delete Tile", "Delete Tile", [&actions] { actions.deleteTile(); }),
+              separator(), entry("Exit", "Exit", [&actions] { actions.requestExit(); })}),
         menu("Editor", {later(withShortcut(keys, "Show Grid ", ActionToggleGrid), "Show Grid", Kind::Check),
                         later("Show Origin", "Show Origin", Kind::Check), separator(),
                         later("Random Z Rotation", "Random Z Rotation", Kind::Check)}),
@@ -87,7 +87,12 @@ std::vector<MenuEntry> buildLeftBar(EditorActionsI& actions, EditorInterfaceI& w
 std::vector<EntryState> leftBarStates(EditorActionsI& actions)
 {
     const bool bOpen = actions.isDocumentOpen();
-    return {{.sId = "Save", .bEnabled = bOpen}, {.sId = "SaveAs", .bEnabled = bOpen}};
+    const bool bDelete = bOpen && actions.canDeleteTile();
+    return {{.sId = "Save", .bEnabled = bOpen},
+            {.sId = "SaveAs", .bEnabled = bOpen},
+            {.sId = "Delete Tile",
+             .bEnabled = bDelete,
+             .sLabel = bDelete ? "#ff5566Delete Tile" : "Delete Tile"}};
 }
 
 std::vector<MenuEntry> buildToolButtons(EditorActionsI& actions, const KeyBindings& keys)

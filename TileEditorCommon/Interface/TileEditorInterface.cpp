@@ -8,9 +8,11 @@
 #include "TileEditorCommon/Contracts/EditorActionsI.h"
 #include "TileEditorCommon/Interface/BarModels.h"
 #include "TileEditorCommon/Interface/BrushWindow.h"
+#include "TileEditorCommon/Interface/ColorWindow.h"
 #include "TileEditorCommon/Interface/ClutterPanel.h"
 #include "TileEditorCommon/Interface/EditorBindings.h"
 #include "TileEditorCommon/Interface/FileNameRule.h"
+#include "TileEditorCommon/Interface/GroundMaterialWindow.h"
 #include "TileEditorCommon/Interface/HeightPanel.h"
 #include "TileEditorCommon/Interface/HelpWindow.h"
 #include "TileEditorCommon/Interface/KeyBindings.h"
@@ -40,6 +42,7 @@ namespace
 constexpr size_t s_uNameLimit = 100;
 constexpr int s_iRightBarWidth = 800;
 constexpr int s_iBarMargin = 8;
+constexpr int s_iSideMargin = 12; ///< between the side windows and the edges of the view
 constexpr int s_iInfoPadding = 10;
 
 /// The top widget of a loaded layout with that name.
@@ -72,6 +75,8 @@ struct TileEditorInterface::Face
     std::unique_ptr<TileCreateWindow> pNewWindow;
     std::unique_ptr<OpenTileWindow> pOpenTileWindow;
     std::unique_ptr<HelpWindow> pHelpWindow;
+    std::unique_ptr<GroundMaterialWindow> pGroundMaterialWindow;
+    std::unique_ptr<ColorWindow> pColorEditor;
     std::unique_ptr<BrushWindow> pBrushWindow;
     std::unique_ptr<HeightPanel> pHeightPanel;
     std::unique_ptr<ClutterPanel> pClutterPanel;
@@ -130,6 +135,10 @@ void TileEditorInterface::Face::makeWindows(const InterfaceParts& parts, TileEdi
         pOpenTileWindow = std::make_unique<OpenTileWindow>(pWindow, parts.actions, tips, fnClose);
     if (auto* pWindow = findTop<MyGUI::Window>(vecPopupWidgets, "HelpWindow"))
         pHelpWindow = std::make_unique<HelpWindow>(pWindow, fnClose);
+    if (auto* pWidget = findTop<MyGUI::Widget>(vecMainWidgets, "GroundMaterialWindow"))
+        pGroundMaterialWindow = std::make_unique<GroundMaterialWindow>(pWidget, parts.actions, tips);
+    if (auto* pWidget = findTop<MyGUI::Widget>(vecMainWidgets, "ColorEditor"))
+        pColorEditor = std::make_unique<ColorWindow>(pWidget, parts.actions, tips);
     if (auto* pWidget = findTop<MyGUI::Widget>(vecMainWidgets, "BrushWindow"))
         pBrushWindow = std::make_unique<BrushWindow>(pWidget, parts.actions, tips);
     if (auto* pWidget = findTop<MyGUI::Widget>(vecMainWidgets, "TerrainBrushWindow"))
@@ -171,6 +180,10 @@ void TileEditorInterface::Face::place()
     if (!pBar)
         return;
     pBar->setSize(view.width, pBar->getHeight());
+    if (pColorEditor)
+        pColorEditor->widget()->setPosition(
+            view.width - pColorEditor->widget()->getWidth() - px(s_iSideMargin),
+            pBar->getBottom() + px(s_iSideMargin));
     if (pCenter && pCenterMenuBar)
     {
         // In the middle, but in a narrow window never over the menus.
@@ -267,6 +280,10 @@ void TileEditorInterface::showToolPanels(uint8_t uTool)
         m_pFace->pBrushWindow->setVisible(panels.bBrush);
     if (m_pFace->pHeightPanel)
         m_pFace->pHeightPanel->setVisible(panels.bTerrainBrush);
+    if (m_pFace->pGroundMaterialWindow)
+        m_pFace->pGroundMaterialWindow->setVisible(panels.bGroundMaterial);
+    if (m_pFace->pColorEditor)
+        m_pFace->pColorEditor->setVisible(panels.bColorEditor);
     if (m_pFace->pClutterPanel)
         m_pFace->pClutterPanel->setVisible(panels.bClutter);
 }
@@ -307,6 +324,12 @@ void TileEditorInterface::showHelpWindow()
     hidePopups();
     m_pFace->pOverlay->setVisible(true);
     m_pFace->pHelpWindow->show();
+}
+
+std::array<float, 4> TileEditorInterface::editorColor() const
+{
+    return m_pFace && m_pFace->pColorEditor ? m_pFace->pColorEditor->color()
+                                            : std::array{1.0f, 1.0f, 1.0f, 1.0f};
 }
 
 void TileEditorInterface::showSaveAsWindow()
@@ -374,6 +397,10 @@ void TileEditorInterface::refresh(uint32_t)
         }
     if (m_pFace->pRightMenuBar && m_pFace->pRightMenuBar->replace(buildRightBar(m_parts.actions)))
         m_pFace->placeRightBar();
+    if (m_pFace->pGroundMaterialWindow)
+        m_pFace->pGroundMaterialWindow->refresh();
+    if (m_pFace->pColorEditor)
+        m_pFace->pColorEditor->refresh();
     if (m_pFace->pBrushWindow)
         m_pFace->pBrushWindow->refresh();
     if (m_pFace->pHeightPanel)

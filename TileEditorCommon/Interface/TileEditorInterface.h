@@ -48,6 +48,9 @@ public:
 
     void showHelpWindow();
 
+    /// What the colour editor shows.
+    [[nodiscard]] std::array<float, 4> editorColor() const;
+
     // EditorInterfaceI
 
     [[nodiscard]] bool isMouseFree() const override;

@@ -9,6 +9,8 @@ ToolPanels panelsOf(uint8_t uTool)
 {
     return {.bBrush = uTool <= ToolClutter,
             .bTerrainBrush = uTool == ToolHeight,
+            .bGroundMaterial = uTool == ToolMaterial,
+            .bColorEditor = uTool == ToolColor,
             .bClutter = uTool == ToolClutter};
 }
 

@@ -17,6 +17,8 @@ struct ToolPanels
 {
     bool bBrush = false;
     bool bTerrainBrush = false;
+    bool bGroundMaterial = false;
+    bool bColorEditor = false;
     bool bClutter = false;
 
     bool operator==(const ToolPanels&) const = default;

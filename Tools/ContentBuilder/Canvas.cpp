@@ -148,7 +148,7 @@ Canvas::Maps Canvas::maps(float fRelief, float fShade) const
                                                      fHeight,
                                                      fLit,
                                                      texel.fGloss,
-                                                     fHeight,
+                                                     0.0f,
                                                      1.0f,
                                                      fSlopeX / fLength * 0.5f + 0.5f,
                                                      fSlopeY / fLength * 0.5f + 0.5f,

@@ -62,7 +62,7 @@ public:
     struct Maps
     {
         std::vector<uint8_t> vecDiffuse; ///< colour; height in alpha
-        std::vector<uint8_t> vecAsg;     ///< ambient occlusion, gloss, height
+        std::vector<uint8_t> vecAsg;     ///< ambient occlusion, gloss; no blue
         std::vector<uint8_t> vecNormal;
     };
     /// fRelief scales the slopes, fShade how much of the occlusion darkens the colour itself.

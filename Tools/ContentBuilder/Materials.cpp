@@ -8,12 +8,6 @@
 namespace content
 {
 
-namespace
-{
-
-constexpr float s_fSide = Canvas::s_iSide;
-
-/// Crumbly earth: the floor under most materials.
 Texel earth(float u, float v, const Colour& dark, const Colour& light, uint32_t uSeed)
 {
     const float fLumps = fractal(u, v, 5, 6, uSeed, 0.6f);
@@ -21,6 +15,45 @@ Texel earth(float u, float v, const Colour& dark, const Colour& light, uint32_t 
     const float fTone = clamp01(0.5f + fLumps * 0.6f + fGrain * 0.25f);
     return {mix(dark, light, fTone), fLumps * 1.1f + fGrain * 0.16f, 0.06f};
 }
+
+void paintRock(Canvas& canvas)
+{
+    canvas.fill(
+        [](float u, float v)
+        {
+            const float fWarpU = u + 0.06f * fractal(u, v, 3, 4, 71);
+            const float fWarpV = v + 0.05f * fractal(u, v, 3, 4, 72);
+            // Slabs that lie askew, split by joints, chipped at the edges.
+            const CellNoise slab = cells(fWarpU, fWarpV, 3, 6, 73);
+            const CellNoise chip = cells(fWarpU + 0.01f * fractal(u, v, 12, 2, 79), fWarpV, 9, 14, 74);
+            const float fJoint = 1.0f - smoothStep(0.0f, 0.06f, slab.fEdge);
+            const float fCrack =
+                (1.0f - smoothStep(0.0f, 0.07f, chip.fEdge)) *
+                smoothStep(0.3f, 0.75f,
+                           hash(static_cast<int>(slab.fValue * 1000.0f), 3, 75) * 0.6f + chip.fValue * 0.6f);
+            const float fRough = fractal(u, v, 10, 5, 76, 0.6f);
+            const float fCrest = ridges(u, v, 5, 4, 77);
+            Texel texel;
+            texel.fHeight = slab.fValue * 4.5f + chip.fValue * 1.5f + fRough * 1.3f + fCrest * 1.5f -
+                            fJoint * 2.4f - fCrack * 1.1f;
+            const float fTone =
+                clamp01(0.42f + (slab.fValue - 0.5f) * 0.4f + (chip.fValue - 0.5f) * 0.22f + fRough * 0.35f);
+            texel.colour = mix(rgb(86, 82, 78), rgb(152, 146, 136), fTone);
+            texel.colour = mix(texel.colour, rgb(140, 118, 92),
+                               0.35f * smoothStep(0.05f, 0.4f, fractal(u, v, 4, 3, 78)));
+            texel.colour = mix(texel.colour, rgb(50, 47, 44), std::max(fJoint * 0.42f, fCrack * 0.34f));
+            const float fLichen = smoothStep(0.3f, 0.42f, fractal(u, v, 9, 3, 80)) *
+                                  smoothStep(0.0f, 0.3f, fractal(u, v, 3, 2, 81));
+            texel.colour = mix(texel.colour, rgb(148, 150, 112), fLichen * 0.55f * (1.0f - fJoint));
+            texel.fGloss = 0.22f;
+            return texel;
+        });
+}
+
+namespace
+{
+
+constexpr float s_fSide = Canvas::s_iSide;
 
 void paintGrass(Canvas& canvas)
 {
@@ -103,7 +136,10 @@ void paintForestFloor(Canvas& canvas)
                          .arrRoots = {rgb(104, 74, 44), rgb(84, 62, 40), rgb(122, 92, 56)},
                          .arrTips = {rgb(128, 92, 54), rgb(104, 78, 50), rgb(140, 108, 68)},
                          .fClumps = 0.4f});
-    paintLeaves(canvas, 45, 420);
+    paintLeaves(canvas, {.uSeed = 45,
+                         .iCount = 420,
+                         .arrWarm = {rgb(124, 92, 60), rgb(108, 82, 56), rgb(140, 112, 70)},
+                         .arrCool = {rgb(104, 88, 52), rgb(92, 84, 48), rgb(88, 64, 42)}});
     paintTwigs(canvas, 46, 34);
 }
 
@@ -146,40 +182,6 @@ void paintSand(Canvas& canvas)
                           .arrTones = {rgb(178, 160, 128), rgb(156, 138, 112), rgb(206, 196, 172)}});
 }
 
-void paintRock(Canvas& canvas)
-{
-    canvas.fill(
-        [](float u, float v)
-        {
-            const float fWarpU = u + 0.06f * fractal(u, v, 3, 4, 71);
-            const float fWarpV = v + 0.05f * fractal(u, v, 3, 4, 72);
-            // Slabs that lie askew, split by joints, chipped at the edges.
-            const CellNoise slab = cells(fWarpU, fWarpV, 3, 6, 73);
-            const CellNoise chip = cells(fWarpU + 0.01f * fractal(u, v, 12, 2, 79), fWarpV, 9, 14, 74);
-            const float fJoint = 1.0f - smoothStep(0.0f, 0.06f, slab.fEdge);
-            const float fCrack =
-                (1.0f - smoothStep(0.0f, 0.07f, chip.fEdge)) *
-                smoothStep(0.3f, 0.75f,
-                           hash(static_cast<int>(slab.fValue * 1000.0f), 3, 75) * 0.6f + chip.fValue * 0.6f);
-            const float fRough = fractal(u, v, 10, 5, 76, 0.6f);
-            const float fCrest = ridges(u, v, 5, 4, 77);
-            Texel texel;
-            texel.fHeight = slab.fValue * 4.5f + chip.fValue * 1.5f + fRough * 1.3f + fCrest * 1.5f -
-                            fJoint * 2.4f - fCrack * 1.1f;
-            const float fTone =
-                clamp01(0.42f + (slab.fValue - 0.5f) * 0.4f + (chip.fValue - 0.5f) * 0.22f + fRough * 0.35f);
-            texel.colour = mix(rgb(86, 82, 78), rgb(152, 146, 136), fTone);
-            texel.colour = mix(texel.colour, rgb(140, 118, 92),
-                               0.35f * smoothStep(0.05f, 0.4f, fractal(u, v, 4, 3, 78)));
-            texel.colour = mix(texel.colour, rgb(50, 47, 44), std::max(fJoint * 0.42f, fCrack * 0.34f));
-            const float fLichen = smoothStep(0.3f, 0.42f, fractal(u, v, 9, 3, 80)) *
-                                  smoothStep(0.0f, 0.3f, fractal(u, v, 3, 2, 81));
-            texel.colour = mix(texel.colour, rgb(148, 150, 112), fLichen * 0.55f * (1.0f - fJoint));
-            texel.fGloss = 0.22f;
-            return texel;
-        });
-}
-
 void paintSnow(Canvas& canvas)
 {
     canvas.fill(
@@ -219,20 +221,20 @@ void paintTurf(Canvas& canvas)
 }
 
 constexpr std::array<Material, 9> s_arrMaterials = {{
-    {"gnd_grass_meadow", paintGrass, 0.34f, 0.85f},
-    {"gnd_grass_dry", paintDryGrass, 0.36f, 0.8f},
-    {"gnd_dirt_packed", paintDirt, 0.8f, 0.8f},
-    {"gnd_forest_floor", paintForestFloor, 0.55f, 0.85f},
-    {"gnd_gravel_river", paintGravel, 0.5f, 0.9f},
-    {"gnd_sand_dune", paintSand, 0.75f, 0.45f},
-    {"gnd_rock_cliff", paintRock, 0.55f, 0.6f},
-    {"gnd_snow_fresh", paintSnow, 0.6f, 0.3f},
-    {"gnd_turf_worn", paintTurf, 0.45f, 0.75f},
+    {"Data/Terrain/Materials/gnd_grass_meadow", paintGrass, 0.34f, 0.85f},
+    {"Data/Terrain/Materials/gnd_grass_dry", paintDryGrass, 0.36f, 0.8f},
+    {"Data/Terrain/Materials/gnd_dirt_packed", paintDirt, 0.8f, 0.8f},
+    {"Data/Terrain/Materials/gnd_forest_floor", paintForestFloor, 0.55f, 0.85f},
+    {"Data/Terrain/Materials/gnd_gravel_river", paintGravel, 0.5f, 0.9f},
+    {"Data/Terrain/Materials/gnd_sand_dune", paintSand, 0.75f, 0.45f},
+    {"Data/Terrain/Materials/gnd_rock_cliff", paintRock, 0.55f, 0.6f},
+    {"Data/Terrain/Materials/gnd_snow_fresh", paintSnow, 0.6f, 0.3f},
+    {"Data/Terrain/Materials/gnd_turf_worn", paintTurf, 0.45f, 0.75f},
 }};
 
 } // namespace
 
-std::span<const Material> materials()
+std::span<const Material> standardMaterials()
 {
     return s_arrMaterials;
 }

@@ -105,23 +105,22 @@ void paintPebbles(Canvas& canvas, const PebbleSettings& settings)
     }
 }
 
-void paintLeaves(Canvas& canvas, uint32_t uSeed, int iCount)
+void paintLeaves(Canvas& canvas, const LeafSettings& settings)
 {
-    constexpr std::array<Colour, 3> s_arrWarm = {rgb(124, 92, 60), rgb(108, 82, 56), rgb(140, 112, 70)};
-    constexpr std::array<Colour, 3> s_arrCool = {rgb(104, 88, 52), rgb(92, 84, 48), rgb(88, 64, 42)};
-    Dice dice(uSeed);
-    for (int i = 0; i < iCount; ++i)
+    Dice dice(settings.uSeed);
+    for (int i = 0; i < settings.iCount; ++i)
     {
         const float fX = dice.roll(0.0f, s_fSide);
         const float fY = dice.roll(0.0f, s_fSide);
-        const float fLength = dice.roll(5.0f, 10.5f);
+        const float fLength = dice.roll(settings.fShortest, settings.fLongest);
         const float fSlim = dice.roll(0.42f, 0.62f);
         const float fTurn = dice.roll(0.0f, 6.2831853f);
         const Colour tone =
-            scaled(mix(oneOf(s_arrWarm, dice), oneOf(s_arrCool, dice), dice.roll()), dice.roll(0.8f, 1.1f));
+            scaled(mix(oneOf(settings.arrWarm, dice), oneOf(settings.arrCool, dice), dice.roll()),
+                   dice.roll(0.8f, 1.1f));
         const float fCurl = dice.roll(-0.6f, 0.9f);
         const float fFoot = canvas.at(fX, fY).fHeight * 0.3f + 1.2f +
-                            1.3f * static_cast<float>(i) / static_cast<float>(iCount);
+                            settings.fHeight * static_cast<float>(i) / static_cast<float>(settings.iCount);
         canvas.stamp({fX, fY, fLength, fLength * fSlim, fTurn},
                      [&](float x, float y, Texel& texel)
                      {
@@ -131,7 +130,7 @@ void paintLeaves(Canvas& canvas, uint32_t uSeed, int iCount)
                          const float fVein = 1.0f - smoothStep(0.0f, 0.14f, std::abs(y));
                          texel.colour = scaled(tone, 0.88f + 0.16f * (y * 0.6f) + 0.2f * fVein - 0.08f * x);
                          texel.fHeight = fFoot + 0.5f * (x * x + y * y) * fCurl - 0.12f * fVein;
-                         texel.fGloss = 0.2f;
+                         texel.fGloss = settings.fGloss;
                          return true;
                      });
     }

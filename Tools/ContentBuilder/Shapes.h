@@ -29,7 +29,18 @@ struct PebbleSettings
 };
 void paintPebbles(Canvas& canvas, const PebbleSettings& settings);
 
-void paintLeaves(Canvas& canvas, uint32_t uSeed, int iCount);
+struct LeafSettings
+{
+    uint32_t uSeed = 0;
+    int iCount = 0;
+    float fShortest = 5.0f; ///< half length, pixels
+    float fLongest = 10.5f;
+    float fHeight = 1.3f; ///< how high they lie on each other, centimetres
+    float fGloss = 0.2f;
+    std::array<Colour, 3> arrWarm;
+    std::array<Colour, 3> arrCool;
+};
+void paintLeaves(Canvas& canvas, const LeafSettings& settings);
 void paintTwigs(Canvas& canvas, uint32_t uSeed, int iCount);
 
 } // namespace content

@@ -106,7 +106,7 @@ bool copyFonts(const Options& options, OutputFolder& output)
 
 bool makeMaterial(const Material& material, uint64_t uInputs, OutputFolder& output)
 {
-    const std::string sBase = std::string("Data/Terrain/Materials/") + material.pFile;
+    const std::string sBase = material.pFile;
     const std::vector<std::string> vecFiles = {sBase + "_dif.png", sBase + "_asg.png", sBase + "_nor.png"};
     if (output.isCurrent(vecFiles, uInputs))
         return true;
@@ -242,9 +242,10 @@ int build(const Options& options)
     const uint64_t uGenerator = hashOfSources(options.generator);
 
     std::vector<std::function<bool()>> vecJobs;
-    for (const Material& material : materials())
-        vecJobs.emplace_back([&material, uGenerator, &output]
-                             { return makeMaterial(material, uGenerator, output); });
+    for (const std::span<const Material> spanSet : {standardMaterials(), autumnMaterials()})
+        for (const Material& material : spanSet)
+            vecJobs.emplace_back([&material, uGenerator, &output]
+                                 { return makeMaterial(material, uGenerator, output); });
     for (const ClutterType& type : clutterTypes())
         vecJobs.emplace_back([&type, uGenerator, &output] { return makeClutter(type, uGenerator, output); });
     for (const fs::path& file : filesBelow(options.source / "Data" / "Gui"))

@@ -1,5 +1,5 @@
 // What all passes of a view share: the frame's values, the sky, fog and tone mapping.
-// Colours are linear until toDisplay(); textures hold display values, linear = value * value.
+// Colours are linear until toDisplay().
 
 layout(std140, binding = 1) uniform Frame
 {
@@ -11,7 +11,7 @@ layout(std140, binding = 1) uniform Frame
     vec4 skyZenith;
     vec4 skyHorizon;
     vec4 skyNadir;  // below the horizon
-    vec4 fog;       // density a metre, metres clear before it starts, most of it (0 to 1), 0
+    vec4 fog;       // density a metre, metres clear before it starts, metres to the end of the view, 0
     vec4 viewport;  // width, height, 1 / width, 1 / height
     vec4 viewAxis;  // the view's direction
 };
@@ -29,15 +29,25 @@ vec3 skyLight(vec3 direction)
     return colour + sunColour.rgb * (0.05 * glow * glow + 0.025 * glow) * (1.0 - 0.6 * up);
 }
 
-// Light from all around that falls on a surface: the sky from above, its echo from below.
+// Light from all around that falls on a surface: the sky from above, sunlit ground from the sides and
+// below. Less blue than the sky is seen, as an eye that is used to it takes it.
 vec3 ambientLight(vec3 normal)
 {
-    vec3 sky = mix(skyHorizon.rgb, skyZenith.rgb, 0.35) * vec3(1.12, 1.0, 0.86);
-    vec3 bounce = dot(skyNadir.rgb, vec3(0.33)) * vec3(0.78, 0.66, 0.5);
+    vec3 seen = mix(skyHorizon.rgb, skyZenith.rgb, 0.3);
+    vec3 sky = mix(vec3(dot(seen, vec3(0.33))), seen, 0.45) * vec3(1.2, 1.13, 1.05);
+    vec3 bounce = sunColour.rgb * max(sunDirection.z, 0.0) * vec3(0.26, 0.24, 0.19) +
+                  vec3(dot(skyNadir.rgb, vec3(0.4)));
     return mix(bounce, sky, normal.z * 0.5 + 0.5);
 }
 
+// The light of the air towards a direction: as the sky, but it stays bright below the horizon.
+vec3 airLight(vec3 direction)
+{
+    return skyLight(direction.z < 0.0 ? vec3(direction.xy, direction.z * 0.1) : direction);
+}
+
 // The air between the eye and a point: its colour, and in the last part how much is seen through it.
+// Nothing is seen through it at the end of the view.
 vec4 airBefore(vec3 point)
 {
     if (eye.w > 0.5)
@@ -45,7 +55,8 @@ vec4 airBefore(vec3 point)
     vec3 way = point - eye.xyz;
     float distanceTo = length(way);
     float clear = exp2(-max(distanceTo - fog.y, 0.0) * fog.x);
-    return vec4(skyLight(vec3(way.xy, way.z * 0.35) / max(distanceTo, 0.001)), max(clear, 1.0 - fog.z));
+    clear *= 1.0 - smoothstep(0.55, 0.98, distanceTo / fog.z);
+    return vec4(airLight(way / max(distanceTo, 0.001)), clear);
 }
 
 vec3 throughAir(vec3 colour, vec3 point)

@@ -2,12 +2,13 @@
 //
 // Passes: GBUFFER draws it lit; DEPTH writes depth alone.
 // Material maps, one layer a material:
-//   diffuse  RGB colour, A height (0 low to 1 high; 1 everywhere means: blend by weight alone)
-//   asg      R ambient occlusion, G gloss, B height once more
+//   diffuse  RGB colour, with SOFTWARE as display values; A height (0 low to 1 high; 1 everywhere means:
+//            blend by weight alone)
+//   asg      R ambient occlusion, G gloss
 //   normal   R, G: slope along +X and +Y around 0.5; the third part follows from them
 // The ninth material has no weight of its own: it shows where the eight leave room.
 // With SOFTWARE defined a CPU draws: at most two materials a pixel and one normal map.
-// With HEIGHTS defined the vertices can be read as a whole: hills cast shadows and hollows are dim.
+// The shade map, one texel a vertex, is terrain_shade's.
 #include "common.glsl"
 
 layout(std140, binding = 0) uniform SurfaceInfo // "CB_SURFACE_INFO"
@@ -22,100 +23,36 @@ layout(location = 1) in float inHeight;
 layout(location = 2) in vec4 inColour; // the word's bytes from the lowest: A, B, G, R
 
 #ifdef GBUFFER
+layout(binding = 5) uniform sampler2D shadeMap;
+
 out vec3 worldPosition;
 out vec3 worldNormal;
-out vec3 tint;     // with large patches, some warmer and lighter, some cooler and darker
-out vec2 openness; // part of the sun, part of the sky that is seen
+out vec3 tint;       // with large patches, some warmer and lighter, some cooler and darker
+out vec4 shade;      // part of the sun, part of the sky that is seen; small patches; metres to the eye
+out vec2 bentPlace;  // the place bent a little, so that repeated maps stand in no straight rows
 #ifdef SOFTWARE
 out vec4 air; // the colour of the air before the point, and how much of it is seen
 #endif
-
-#ifdef HEIGHTS
-layout(std430, binding = 0) readonly buffer Vertices
-{
-    float words[]; // five a vertex, the fourth is the height
-};
-
-float heightAt(vec2 place)
-{
-    float last = float(verticesPerRow - 1u);
-    float rows = float(words.length() / 5) / float(verticesPerRow) - 1.0;
-    vec2 grid = clamp(place * 0.5, vec2(0.0), vec2(last, rows));
-    vec2 low = floor(min(grid, vec2(last, rows) - 0.001));
-    vec2 part = grid - low;
-    int first = int(low.y) * int(verticesPerRow) + int(low.x);
-    int above = first + int(verticesPerRow);
-    return mix(mix(words[first * 5 + 3], words[first * 5 + 8], part.x),
-               mix(words[above * 5 + 3], words[above * 5 + 8], part.x), part.y);
-}
-
-// Walks towards the sun and, a short way, to all sides.
-vec2 opennessAt(vec3 position)
-{
-    float reach = length(sunDirection.xy);
-    vec2 toSun = sunDirection.xy / max(reach, 0.001);
-    float climb = sunDirection.z / max(reach, 0.001);
-    float above = -1.0;
-    float way = 3.0;
-    for (int i = 0; i < 14; ++i)
-    {
-        float over = heightAt(position.xy + toSun * way) - position.z - climb * way;
-        above = max(above, over / (0.6 + way * 0.07));
-        way *= 1.28;
-    }
-    float sun = 1.0 - smoothstep(-0.35, 0.55, above);
-
-    float hidden = 0.0;
-    for (int i = 0; i < 6; ++i)
-    {
-        vec2 side = vec2(cos(float(i) * 1.0472 + 0.4), sin(float(i) * 1.0472 + 0.4));
-        float near = (heightAt(position.xy + side * 3.5) - position.z) / 3.5;
-        float far = (heightAt(position.xy + side * 11.0) - position.z) / 11.0;
-        float rise = max(max(near * 0.8, far), 0.0);
-        hidden += rise * inversesqrt(1.0 + rise * rise);
-    }
-    return vec2(sun, 1.0 - 0.95 * hidden / 6.0);
-}
-#endif
-
-float hash(vec2 cell)
-{
-    vec3 p = fract(vec3(cell.xyx) * 0.1031);
-    p += dot(p, p.yzx + 33.33);
-    return fract((p.x + p.y) * p.z);
-}
-
-float noise(vec2 place)
-{
-    vec2 cell = floor(place);
-    vec2 part = place - cell;
-    part = part * part * (3.0 - 2.0 * part);
-    return mix(mix(hash(cell), hash(cell + vec2(1.0, 0.0)), part.x),
-               mix(hash(cell + vec2(0.0, 1.0)), hash(cell + vec2(1.0, 1.0)), part.x), part.y);
-}
 #endif
 
 void main()
 {
     uint vertex = uint(gl_VertexID);
     uint row = vertex / verticesPerRow;
-    vec3 position = vec3(2.0 * float(vertex - row * verticesPerRow), 2.0 * float(row), inHeight);
+    uint column = vertex - row * verticesPerRow;
+    vec3 position = vec3(2.0 * float(column), 2.0 * float(row), inHeight);
     gl_Position = viewProjection * vec4(position, 1.0);
 #ifdef GBUFFER
     worldPosition = position;
     worldNormal = inNormal;
+    vec4 found = texelFetch(shadeMap, ivec2(int(column), int(row)), 0);
     // The stored colour is darkened by noise to three quarters on average; the light makes up for it.
     vec3 stored = inColour.abg * 1.333;
-    float patches = noise(position.xy * 0.021) * 0.6 + noise(position.xy * 0.083 + 5.2) * 0.4;
-    tint = stored * stored * mix(vec3(0.8, 0.86, 0.9), vec3(1.2, 1.13, 1.02), patches);
-    openness = vec2(1.0);
-#ifdef HEIGHTS
-#ifdef SOFTWARE
-    if (verticesPerRow <= 257u) // on larger tiles the walks would cost more than the rest
-#endif
-        openness = opennessAt(position);
-#endif
-    openness.x *= smoothstep(-0.05, 0.25, dot(inNormal, sunDirection.xyz));
+    tint = stored * stored * mix(vec3(0.76, 0.82, 0.82), vec3(1.21, 1.17, 1.08), found.b) *
+           mix(0.88, 1.12, found.a);
+    found.r *= smoothstep(-0.05, 0.25, dot(inNormal, sunDirection.xyz));
+    shade = vec4(found.rg, found.a, eye.w > 0.5 ? 1000.0 : distance(position, eye.xyz));
+    bentPlace = position.xy + 2.2 * sin(position.yx * 0.083 + 1.4 * sin(position.xy * 0.037 + 0.6));
 #ifdef SOFTWARE
     air = airBefore(position);
 #endif
@@ -134,7 +71,8 @@ layout(binding = 4) uniform sampler2D weights1;
 in vec3 worldPosition;
 in vec3 worldNormal;
 in vec3 tint;
-in vec2 openness;
+in vec4 shade;
+in vec2 bentPlace;
 #ifdef SOFTWARE
 in vec4 air;
 #endif
@@ -203,20 +141,24 @@ vec3 slopeAlongY(vec2 slope) { return vec3(slope.x, 0.0, slope.y); }
 
 #ifdef SOFTWARE
 
-// Every sample counts and branches save none: five in all. So the second, larger scale isn't blended
-// with the first but takes over square by square of 2 x 2 pixels.
+// Every sample counts and branches save none: five in all, none of which blends mips. So scales and
+// mips aren't blended with one another but take turns, square by square of 2 x 2 pixels.
 Ground groundAt(vec2 place, Mixture mixture)
 {
-    vec3 way = worldPosition - eye.xyz;
     float chance = fract(52.9829189 * fract(dot(floor(gl_FragCoord.xy * 0.5), vec2(0.0671106, 0.0583715))));
-    bool far = eye.w > 0.5 || dot(way, way) > mix(900.0, 3600.0, chance);
-    vec2 chosen = far ? wideTurn * place * 0.31 : place;
+    float far = shade.w * mix(0.7, 1.3, shade.z);
+    bool wide = far > mix(26.0, 60.0, chance);
+    bool widest = far > mix(75.0, 190.0, chance);
+    vec2 chosen = widest ? wideTurn * wideTurn * place * 0.13 : (wide ? wideTurn * place * 0.31 : place);
+    // Of the narrow side of a pixel's footprint, which keeps slanted ground crisp, and somewhat above it.
+    vec2 across = fwidth(chosen) * float(textureSize(diffuseArray, 0).x);
+    float mip = log2(min(across.x, across.y) + 0.25 * max(across.x, across.y)) + chance - 0.5;
 
-    vec4 first = texture(diffuseArray, vec3(chosen, mixture.material.x));
-    vec4 second = texture(diffuseArray, vec3(chosen, mixture.material.y));
+    vec4 first = textureLod(diffuseArray, vec3(chosen, mixture.material.x), mip);
+    vec4 second = textureLod(diffuseArray, vec3(chosen, mixture.material.y), mip);
     vec4 blend = heightBlend(vec4(mixture.weight.xy, 0.0, 0.0), vec4(first.a, second.a, 0.0, 0.0));
     vec3 sum = first.rgb * blend.x + second.rgb * blend.y;
-    vec2 slope = texture(normalArray, vec3(chosen, mixture.material.x)).rg * 2.0 - 1.0;
+    vec2 slope = textureLod(normalArray, vec3(chosen, mixture.material.x), mip).rg * 2.0 - 1.0;
     return Ground(sum * sum, slope, 1.0, 0.0);
 }
 
@@ -228,48 +170,31 @@ struct Footprint // of a pixel on the maps
     vec2 y;
 };
 
-vec4 diffuseAt(vec2 place, Footprint size, float material, float wideShare)
-{
-    vec4 near = textureGrad(diffuseArray, vec3(place, material), size.x, size.y);
-    vec4 wide = textureGrad(diffuseArray, vec3(wideTurn * place * 0.217, material), wideTurn * size.x * 0.217,
-                            wideTurn * size.y * 0.217);
-    return mix(near, wide, wideShare);
-}
-
-void addGround(inout Ground sum, vec2 place, Footprint size, float material, vec3 colour, float share)
-{
-    if (share <= 0.0)
-        return;
-    vec3 asg = textureGrad(asgArray, vec3(place, material), size.x, size.y).rgb;
-    vec2 slope = textureGrad(normalArray, vec3(place, material), size.x, size.y).rg * 2.0 - 1.0;
-    sum.colour += colour * colour * share;
-    sum.slope += slope * share;
-    sum.occlusion += asg.r * share;
-    sum.gloss += asg.g * share;
-}
-
-// A turned, larger scale shimmers through nearby and takes over with distance.
+// A turned, larger scale shimmers through nearby and takes over with distance. Strong materials blend
+// as heightBlend() does, but one after the other.
 Ground groundAt(vec2 place, Footprint size, Mixture mixture)
 {
-    float distanceTo = length(worldPosition - eye.xyz);
-    float wideShare = eye.w > 0.5 ? 0.5 : 0.18 + 0.5 * smoothstep(15.0, 90.0, distanceTo);
-    vec4 first = diffuseAt(place, size, mixture.material.x, wideShare);
-    vec4 second = diffuseAt(place, size, mixture.material.y, wideShare);
-    vec4 third = diffuseAt(place, size, mixture.material.z, wideShare);
-    vec4 fourth = diffuseAt(place, size, mixture.material.w, wideShare);
-    vec4 blend = heightBlend(mixture.weight, vec4(first.a, second.a, third.a, fourth.a));
+    float wideShare = 0.18 + 0.5 * smoothstep(15.0, 90.0, shade.w);
+    float wideScale = shade.w > 160.0 ? 0.117 : 0.217;
     Ground sum = Ground(vec3(0.0), vec2(0.0), 0.0, 0.0);
-    addGround(sum, place, size, mixture.material.x, first.rgb, blend.x);
-    addGround(sum, place, size, mixture.material.y, second.rgb, blend.y);
-    addGround(sum, place, size, mixture.material.z, third.rgb, blend.z);
-    addGround(sum, place, size, mixture.material.w, fourth.rgb, blend.w);
-    return sum;
-}
-
-Ground mixed(Ground a, Ground b, float share)
-{
-    return Ground(mix(a.colour, b.colour, share), mix(a.slope, b.slope, share), mix(a.occlusion, b.occlusion, share),
-                  mix(a.gloss, b.gloss, share));
+    float total = 0.0;
+    for (int i = 0; i < 4 && mixture.weight[i] > 0.0; ++i)
+    {
+        vec3 near = vec3(place, mixture.material[i]);
+        vec4 colour = textureGrad(diffuseArray, near, size.x, size.y);
+        vec4 wide = textureGrad(diffuseArray, vec3(wideTurn * place * wideScale, mixture.material[i]),
+                                wideTurn * size.x * wideScale, wideTurn * size.y * wideScale);
+        colour = mix(colour, wide, wideShare);
+        float share = min(mixture.weight[i] * 10.0, 1.0) * exp2(18.0 * (mixture.weight[i] + 0.5 * colour.a - 1.0));
+        vec3 asg = textureGrad(asgArray, near, size.x, size.y).rgb;
+        sum.colour += colour.rgb * share;
+        sum.slope += (textureGrad(normalArray, near, size.x, size.y).rg * 2.0 - 1.0) * share;
+        sum.occlusion += asg.r * share;
+        sum.gloss += asg.g * share;
+        total += share;
+    }
+    total = 1.0 / max(total, 1.0e-9);
+    return Ground(sum.colour * total, sum.slope * total, sum.occlusion * total, sum.gloss * total);
 }
 
 #endif
@@ -277,42 +202,48 @@ Ground mixed(Ground a, Ground b, float share)
 void main()
 {
     vec3 smoothNormal = worldNormal; // near enough to unit length
-    vec3 place = worldPosition / repeatMetres;
+    vec3 place = vec3(worldPosition.xy, worldPosition.z) / repeatMetres;
+    vec2 flatPlace = bentPlace / repeatMetres;
     Mixture mixture = mixtureHere();
     // Where the ground is steep the maps lie against its side instead of hanging down it.
 #ifdef SOFTWARE
     bool flatEnough = smoothNormal.z > 0.66;
     bool alongX = abs(smoothNormal.x) > abs(smoothNormal.y);
-    Ground ground = groundAt(flatEnough ? place.xy : (alongX ? place.yz : place.xz), mixture);
+    Ground ground = groundAt(flatEnough ? flatPlace : (alongX ? place.yz : place.xz), mixture);
     vec3 sideSlope = alongX ? slopeAlongX(ground.slope) : slopeAlongY(ground.slope);
     vec3 normal = smoothNormal + (flatEnough ? vec3(ground.slope * smoothNormal.z, 0.0) : sideSlope);
 #else
+    Footprint flatSize = Footprint(dFdx(flatPlace), dFdy(flatPlace));
     vec3 placeX = dFdx(place);
     vec3 placeY = dFdy(place);
     float flatShare = smoothstep(0.60, 0.74, smoothNormal.z);
-    Ground ground = Ground(vec3(0.0), vec2(0.0), 1.0, 0.0);
-    vec3 normal = smoothNormal;
-    if (flatShare > 0.0)
+    vec2 lean = abs(smoothNormal.xy);
+    float xShare = smoothstep(0.35, 0.65, lean.x / (lean.x + lean.y + 0.0001));
+    vec3 shares = vec3((1.0 - flatShare) * xShare, (1.0 - flatShare) * (1.0 - xShare), flatShare);
+    Ground ground = Ground(vec3(0.0), vec2(0.0), 0.0, 0.0);
+    vec3 normal = vec3(0.0);
+    for (int i = shares.z < 1.0 ? 0 : 2; i < 3; ++i)
     {
-        ground = groundAt(place.xy, Footprint(placeX.xy, placeY.xy), mixture);
-        normal += vec3(ground.slope * smoothNormal.z, 0.0);
-    }
-    if (flatShare < 1.0)
-    {
-        vec2 lean = abs(smoothNormal.xy);
-        float xShare = smoothstep(0.35, 0.65, lean.x / (lean.x + lean.y + 0.0001));
-        Ground alongX = groundAt(place.yz, Footprint(placeX.yz, placeY.yz), mixture);
-        Ground alongY = groundAt(place.xz, Footprint(placeX.xz, placeY.xz), mixture);
-        vec3 sideSlope = mix(slopeAlongY(alongY.slope), slopeAlongX(alongX.slope), xShare);
-        normal = mix(smoothNormal + sideSlope, normal, flatShare);
-        ground = mixed(mixed(alongY, alongX, xShare), ground, flatShare);
+        if (shares[i] <= 0.0)
+            continue;
+        Ground side = groundAt(i == 0 ? place.yz : (i == 1 ? place.xz : flatPlace),
+                               i == 0 ? Footprint(placeX.yz, placeY.yz)
+                                      : (i == 1 ? Footprint(placeX.xz, placeY.xz) : flatSize),
+                               mixture);
+        ground.colour += side.colour * shares[i];
+        ground.occlusion += side.occlusion * shares[i];
+        ground.gloss += side.gloss * shares[i];
+        normal += (smoothNormal + (i == 0   ? slopeAlongX(side.slope)
+                                   : i == 1 ? slopeAlongY(side.slope)
+                                            : vec3(side.slope * smoothNormal.z, 0.0))) *
+                  shares[i];
     }
 #endif
     normal = normalize(normal);
 
     vec3 albedo = ground.colour * tint;
-    float sun = max(dot(normal, sunDirection.xyz), 0.0) * openness.x;
-    vec3 light = sunColour.rgb * sun + ambientLight(normal) * (ground.occlusion * openness.y);
+    float sun = max(dot(normal, sunDirection.xyz), 0.0) * shade.x;
+    vec3 light = sunColour.rgb * sun + ambientLight(normal) * (ground.occlusion * shade.y);
     vec3 colour = albedo * light;
 #ifdef SOFTWARE
     colour = mix(air.rgb, colour, air.a);
@@ -322,7 +253,7 @@ void main()
     float sharpness = exp2(2.0 + ground.gloss * 6.0);
     colour += sunColour.rgb * sun * ground.gloss * pow(max(shine, 0.0001), sharpness) * (sharpness + 8.0) * 0.004;
     float edge = 1.0 - max(dot(normal, toEye), 0.0);
-    colour += skyHorizon.rgb * ground.gloss * edge * edge * edge * edge * 0.2 * ground.occlusion * openness.y;
+    colour += skyHorizon.rgb * ground.gloss * edge * edge * edge * edge * 0.2 * ground.occlusion * shade.y;
     colour = throughAir(colour, worldPosition);
 #endif
     result = vec4(toDisplay(colour), 1.0);

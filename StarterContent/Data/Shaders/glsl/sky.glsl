@@ -36,7 +36,7 @@ float noise(vec2 place)
 void main()
 {
     vec3 way = normalize(direction);
-    vec3 colour = skyLight(way);
+    vec3 colour = airLight(way);
     float toSun = max(dot(way, sunDirection.xyz), 0.0);
 
     // High, thin clouds on a plane overhead.
