@@ -69,6 +69,7 @@ struct ClutterDrawTest : testing::Test
     void draw()
     {
         m_device.clearCalls();
+        m_draw.prepare(m_groups);
         m_device.beginPass({}, {});
         m_draw.draw(m_groups, {.viewProjection = glm::scale(glm::mat4(1.0f), glm::vec3(1e-4f, 1e-4f, 0.0f)),
                                .camera = {5, 5}});
