@@ -35,7 +35,8 @@ void plant(TestScene& scene, float fSize, const TypeAt& fnType)
         }
 }
 
-struct ClutterPictureTest : testing::Test
+/// With the shaders for a CPU and, smaller, with those for a GPU.
+struct ClutterPictureTest : testing::TestWithParam<bool>
 {
     void SetUp() override
     {
@@ -54,10 +55,21 @@ double difference(const resource::Picture& a, const resource::Picture& b)
     return static_cast<double>(uCount) / static_cast<double>(a.vecPixels.size());
 }
 
-/// A meadow with all fourteen types in a band across it, seen from near and from afar.
-TEST_F(ClutterPictureTest, plantsShowNearAndFar)
+/// Mean of the colour bytes.
+double brightness(const resource::Picture& picture)
 {
-    TestScene scene(1280, 720);
+    double fSum = 0.0;
+    for (size_t u = 0; u < picture.vecPixels.size(); u += 4)
+        for (size_t k = 0; k < 3; ++k)
+            fSum += static_cast<double>(picture.vecPixels[u + k]);
+    return fSum / static_cast<double>(picture.vecPixels.size() / 4 * 3);
+}
+
+/// A meadow with all fourteen types in a band across it, seen from near and from afar.
+TEST_P(ClutterPictureTest, plantsShowNearAndFar)
+{
+    const bool bFine = GetParam();
+    TestScene scene(bFine ? 480 : 1280, bFine ? 270 : 720, bFine);
     ASSERT_TRUE(scene.m_bReady);
     tile::ClutterDatabase database;
     for (const char* pFolder : {"/Data", "/Survival"})
@@ -78,7 +90,7 @@ TEST_F(ClutterPictureTest, plantsShowNearAndFar)
         scene.m_camera.position = above(from);
         scene.m_camera.lookAlong(above(to) - scene.m_camera.position);
         scene.draw();
-        scene.keep(pName);
+        scene.keep(pName + std::string(bFine ? "_fine" : ""));
         return scene.picture();
     };
     const auto shots = [&](const std::string& sPrefix)
@@ -110,7 +122,13 @@ TEST_F(ClutterPictureTest, plantsShowNearAndFar)
     EXPECT_GT(difference(arrBare[2], arrGreen[2]), 0.01);
     EXPECT_GT(difference(arrBare[3], arrGreen[3]), 0.002);
     EXPECT_LT(difference(arrBare[3], arrGreen[3]), 0.2);
+    // Lit like the ground they stand on: neither glowing nor black.
+    const double fBare = brightness(arrBare[2]);
+    EXPECT_NEAR(brightness(arrGreen[2]) / fBare, 1.0, 0.12);
     EXPECT_EQ(m_log.errors(), 0u) << m_log.dump();
 }
+
+INSTANTIATE_TEST_SUITE_P(Paths, ClutterPictureTest, testing::Bool(),
+                         [](const auto& info) { return info.param ? "Fine" : "Soft"; });
 
 } // namespace
