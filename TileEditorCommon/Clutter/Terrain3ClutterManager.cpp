@@ -23,13 +23,20 @@ int16_t groupOf(float f)
 } // namespace
 
 Terrain3ClutterManager::Terrain3ClutterManager(rend::CullingGroups& groups, const rend::ClutterTypes& types,
-                                               SampleFunction fnSample, int iPatchSize, int iDensity)
+                                               SampleFunction fnSample, CellFunction fnCell, int iPatchSize,
+                                               int iDensity)
     : m_groups(groups),
       m_types(types),
       m_fnSample(std::move(fnSample)),
+      m_fnCell(std::move(fnCell)),
       m_iPatchSize(iPatchSize),
       m_arrPositions(makeClutterPositions(iPatchSize, iDensity))
 {
+    for (size_t uLevel = 0; uLevel < m_arrPositions.size(); ++uLevel)
+        for (const glm::vec2& place : m_arrPositions[uLevel])
+            m_arrSampleOf[uLevel].push_back(
+                static_cast<uint16_t>(tile::ClutterTileSamples * static_cast<int>(2.0f * place.y) +
+                                      static_cast<int>(2.0f * place.x)));
 }
 
 Terrain3ClutterManager::~Terrain3ClutterManager()
@@ -75,8 +82,15 @@ void Terrain3ClutterManager::remove(Records& records) const
 void Terrain3ClutterManager::generate(const ClutterKey& key, std::vector<ClutterRecord>& vecRecords) const
 {
     const glm::vec2 corner(key.iCellX * m_iPatchSize, key.iCellY * m_iPatchSize);
-    for (const glm::vec2& local : m_arrPositions[static_cast<size_t>(key.iLevel)])
+    const auto uLevel = static_cast<size_t>(key.iLevel);
+    const std::span<const uint8_t> spanSamples =
+        m_fnCell ? m_fnCell(key.iCellX, key.iCellY) : std::span<const uint8_t>();
+    const bool bKnown = spanSamples.size() == tile::SamplesPerPatch;
+    for (size_t u = 0; u < m_arrPositions[uLevel].size(); ++u)
     {
+        if (bKnown && spanSamples[m_arrSampleOf[uLevel][u]] == tile::EmptyClutter)
+            continue;
+        const glm::vec2& local = m_arrPositions[uLevel][u];
         float fHeight = 0.0f;
         uint32_t uColor = 0;
         glm::vec3 normal(0.0f, 0.0f, 1.0f);

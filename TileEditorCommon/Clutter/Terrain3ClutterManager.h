@@ -52,9 +52,14 @@ public:
     using SampleFunction = std::function<uint8_t(int iCellX, int iCellY, const glm::vec2& localPosition,
                                                  float& height, uint32_t& color, glm::vec3& normal)>;
 
-    /// Groups and types are borrowed. iDensity: see makeClutterPositions.
+    /// The samples of a cell, 128 x 128, row by row; empty when there is no such cell.
+    using CellFunction = std::function<std::span<const uint8_t>(int iCellX, int iCellY)>;
+
+    /// Groups and types are borrowed. With fnCell, places on empty samples are passed over at once. iDensity:
+    /// see makeClutterPositions.
     Terrain3ClutterManager(rend::CullingGroups& groups, const rend::ClutterTypes& types,
-                           SampleFunction fnSample, int iPatchSize = 64, int iDensity = 4);
+                           SampleFunction fnSample, CellFunction fnCell = {}, int iPatchSize = 64,
+                           int iDensity = 4);
     ~Terrain3ClutterManager();
     Terrain3ClutterManager(const Terrain3ClutterManager&) = delete;
     Terrain3ClutterManager& operator=(const Terrain3ClutterManager&) = delete;
@@ -90,8 +95,10 @@ private:
     rend::CullingGroups& m_groups;
     const rend::ClutterTypes& m_types;
     SampleFunction m_fnSample;
+    CellFunction m_fnCell;
     int m_iPatchSize;
     ClutterPositions m_arrPositions;
+    std::array<std::vector<uint16_t>, 4> m_arrSampleOf; ///< of each place, the sample of a cell under it
     std::map<ClutterKey, Records> m_mapRecords;
 };
 
