@@ -124,7 +124,11 @@ int batch()
                      game.folder.path() / "game/Data" / sName);
     };
     {
+        // Without plants: their instances are the picture's, not the document's.
         BenchTile big;
+        const std::vector<uint8_t> vecBare(tile::SamplesPerPatch, tile::EmptyClutter);
+        for (int iCell = 0; iCell < TileCells * TileCells; ++iCell)
+            big.clutter.setSamples(iCell % TileCells, iCell / TileCells, vecBare);
         place(big, "Big.tile");
     }
     {

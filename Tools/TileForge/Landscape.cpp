@@ -24,8 +24,8 @@ float blend(float a, float b, float t)
 
 struct Ground
 {
-    explicit Ground(int iCells)
-        : iCells(iCells),
+    explicit Ground(int iCellsOnASide)
+        : iCells(iCellsOnASide),
           heights(32 * iCells + 1, 32 * iCells + 1),
           flow(heights.iWidth, heights.iHeight)
     {
