@@ -17,7 +17,7 @@ struct ClutterView
 {
     glm::mat4 viewProjection{1.0f};
     glm::vec2 camera{0.0f}; ///< metres
-    TextureHandle shade;    ///< terrain_shade's map, null for none
+    TextureHandle shade{};  ///< terrain_shade's map, null for none
     bool bWindow = false;   ///< a frame of the window: it moves, and its cost counts
     bool bRest = false;     ///< a picture that will stay for a while
 };

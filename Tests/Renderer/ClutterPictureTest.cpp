@@ -129,6 +129,6 @@ TEST_P(ClutterPictureTest, plantsShowNearAndFar)
 }
 
 INSTANTIATE_TEST_SUITE_P(Paths, ClutterPictureTest, testing::Bool(),
-                         [](const auto& info) { return info.param ? "Fine" : "Soft"; });
+                         [](const auto& path) { return path.param ? "Fine" : "Soft"; });
 
 } // namespace
