@@ -6,11 +6,14 @@
 
 #include <MyGUI_RenderManager.h>
 #include <cmath>
+#include <filesystem>
+#include <map>
 
 namespace
 {
 
-constexpr float s_fThumbnailPart = 0.625f; ///< of a picture's width that a thumbnail shows
+/// When the file of each thumbnail had been written last, by the texture's name.
+std::map<std::string, std::filesystem::file_time_type> s_mapWritten;
 
 /// A writable texture of that name and size; null when the GUI has none.
 MyGUI::ITexture* writable(const std::string& sName, int iWidth, int iHeight)
@@ -26,12 +29,12 @@ MyGUI::ITexture* writable(const std::string& sName, int iWidth, int iHeight)
 }
 
 /// The middle of a picture in the shape of the thumbnail.
-resource::Picture middle(const resource::Picture& picture, int iWidth, int iHeight)
+resource::Picture middle(const resource::Picture& picture, int iWidth, int iHeight, float fPart)
 {
     resource::Picture part;
     const float fScale = std::min(static_cast<float>(picture.iWidth) / static_cast<float>(iWidth),
                                   static_cast<float>(picture.iHeight) / static_cast<float>(iHeight)) *
-                         s_fThumbnailPart;
+                         fPart;
     part.iWidth = std::max(static_cast<int>(static_cast<float>(iWidth) * fScale), 1);
     part.iHeight = std::max(static_cast<int>(static_cast<float>(iHeight) * fScale), 1);
     const int iLeft = (picture.iWidth - part.iWidth) / 2;
@@ -65,13 +68,20 @@ void GuiPixels::fill(const std::string& sName, int iWidth, int iHeight,
     pTexture->unlock();
 }
 
-std::string GuiPixels::thumbnail(const std::string& sPath, int iWidth, int iHeight)
+std::string GuiPixels::thumbnail(const std::string& sPath, int iWidth, int iHeight, float fPart)
 {
-    const std::string sName = UTILS::concat("thumbnail ", iWidth, "x", iHeight, " ", sPath);
-    if (iWidth <= 0 || iHeight <= 0 || MyGUI::RenderManager::getInstance().getTexture(sName))
+    const std::string sName = UTILS::concat("thumbnail ", iWidth, "x", iHeight, " ", fPart, " ", sPath);
+    if (iWidth <= 0 || iHeight <= 0)
         return sName;
     const auto& data = static_cast<const GuiDataManager&>(MyGUI::DataManager::getInstance());
-    const auto picture = resource::loadPicture(data.realPath(sPath));
+    const std::string sRealPath = data.realPath(sPath);
+    std::error_code error;
+    const auto written = std::filesystem::last_write_time(sRealPath, error);
+    const auto [it, bFirst] = s_mapWritten.try_emplace(sName, written);
+    if (!bFirst && it->second == written && MyGUI::RenderManager::getInstance().getTexture(sName))
+        return sName;
+    it->second = written;
+    const auto picture = resource::loadPicture(sRealPath);
     if (!picture)
     {
         QM_LOG_ERROR("Failed to load picture '", sPath, "'");
@@ -79,7 +89,7 @@ std::string GuiPixels::thumbnail(const std::string& sPath, int iWidth, int iHeig
         return sName;
     }
     const resource::Picture small =
-        resource::scalePicture(middle(*picture, iWidth, iHeight), iWidth, iHeight);
+        resource::scalePicture(middle(*picture, iWidth, iHeight, fPart), iWidth, iHeight);
     fill(sName, iWidth, iHeight,
          [&](float x, float y)
          {

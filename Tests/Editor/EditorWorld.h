@@ -26,6 +26,8 @@ struct FakeInterface : tilebuilder::EditorInterfaceI
     void showOpenWindow() override {}
     void showSaveAsWindow() override { ++iSaveAs; }
     void toggleStatusOverlay() override {}
+    void showTileSettingsWindow(bool bShow) override { bTileSettings = bShow; }
+    bool isTileSettingsVisible() const override { return bTileSettings; }
     void refresh(uint32_t) override {}
     void showMessage(std::string_view, std::string_view sText) override { sMessage = sText; }
     void askYesNo(std::string_view, std::string_view sText, std::function<void()> fnYes) override
@@ -37,6 +39,7 @@ struct FakeInterface : tilebuilder::EditorInterfaceI
     void hideProgress() override {}
 
     bool bOverWidget = false;
+    bool bTileSettings = false;
     uint8_t uPanels = 99;
     int iSaveAs = 0;
     std::string sMessage;

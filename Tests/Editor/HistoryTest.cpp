@@ -106,6 +106,31 @@ TEST_F(HistoryTest, aDocumentThatWasLeftComesBackWithStepsCameraAndUnsavedMark)
     EXPECT_FALSE(m_editor.history().bHasCached);
 }
 
+TEST_F(HistoryTest, theTerrainCategoryIsAStepThatIsUndoneAndSaved)
+{
+    m_editor.saveAs("One.tile", "$GAME_DATA");
+    m_editor.setTerrainCategory({0, 0}); // as it is
+    m_world.waitForQuiet();
+    EXPECT_FALSE(m_editor.isUnsaved());
+    m_editor.setTerrainCategory({1, 69});
+    m_world.waitForQuiet();
+    m_editor.setTerrainCategory({3, 0});
+    m_world.waitForQuiet();
+    EXPECT_TRUE(m_editor.isUnsaved());
+    EXPECT_EQ(m_editor.tile()->states().size(), 3u);
+    pressUndo();
+    EXPECT_EQ(m_editor.terrainCategory(), (TerrainCategory{1, 69}));
+    pressUndo();
+    EXPECT_EQ(m_editor.terrainCategory(), TerrainCategory{});
+    pressRedo();
+    EXPECT_EQ(m_editor.terrainCategory(), (TerrainCategory{1, 69}));
+    m_editor.save();
+    m_editor.newTile(1);
+    EXPECT_EQ(m_editor.terrainCategory(), TerrainCategory{});
+    ASSERT_TRUE(m_editor.openTile("$GAME_DATA/One.tile", true));
+    EXPECT_EQ(m_editor.terrainCategory(), (TerrainCategory{1, 69}));
+}
+
 TEST_F(HistoryTest, theDocumentLeftLongestAgoGoesFirst)
 {
     for (const char* pName : {"B.tile", "A.tile", "C.tile"})

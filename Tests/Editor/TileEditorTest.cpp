@@ -78,6 +78,45 @@ TEST_F(TileEditorTest, savingMakesTheUsersItemAndOpeningBringsTheGroundBack)
     EXPECT_EQ(m_world.windows.sMessage, "");
 }
 
+TEST_F(TileEditorTest, tilesAreListedWithTheirPictureWhereThereIsOne)
+{
+    m_editor.saveAs("Hill", "");
+    const std::string sPicture = m_editor.documentDirectory() + "/" + m_editor.documentUuid().text() + ".png";
+    const auto preview = [&] { return m_editor.tileFiles().at(0).sPreviewPath; };
+    EXPECT_EQ(m_editor.tileFiles().at(0).uuid, m_editor.documentUuid());
+    EXPECT_EQ(preview(), "ed_error_tile.png");
+    std::ofstream(m_world.directories.resolvePath(sPicture)) << "x";
+    EXPECT_EQ(preview(), sPicture);
+
+    const std::string sTile = m_world.directories.resolvePath(m_editor.pathStack()[0]);
+    std::filesystem::resize_file(sTile, 10);
+    EXPECT_EQ(preview(), "ed_error_tile.png");
+    EXPECT_EQ(m_editor.tileFiles().at(0).uuid, Uuid{});
+    EXPECT_EQ(m_editor.tileCategories(), (std::vector<std::string>{"User", "Creative"}));
+}
+
+TEST_F(TileEditorTest, cornersAreNamedWhileTheTileSettingsShow)
+{
+    m_editor.newTile(2);
+    m_world.camera.position = {64.0f, 64.0f, 300.0f};
+    m_world.camera.lookAlong({0.0f, -0.001f, -1.0f}); // the top of the picture is -Y
+    m_world.frames(1, 0.016f);
+    EXPECT_TRUE(m_editor.worldLabels().empty());
+    m_world.windows.bTileSettings = true;
+    m_world.frames(2, 0.016f);
+    const auto vecLabels = m_editor.worldLabels();
+    ASSERT_EQ(vecLabels.size(), 4u);
+    for (const WorldLabel& label : vecLabels)
+    {
+        EXPECT_EQ(label.sText[0] == 'N', label.pixel[1] < 360.0f) << label.sText;
+        EXPECT_GT(std::abs(label.pixel[0] - 640.0f), 50.0f) << label.sText;
+    }
+    EXPECT_NEAR(vecLabels[0].pixel[0], vecLabels[2].pixel[0], 1.0f) << "both in the west";
+    m_world.windows.bTileSettings = false;
+    m_world.frames(1, 0.016f);
+    EXPECT_TRUE(m_editor.worldLabels().empty());
+}
+
 TEST_F(TileEditorTest, deletingTakesTheUsersOwnFolderAfterAQuestionAndNothingElse)
 {
     m_editor.saveAs("Game.tile", "$GAME_DATA");

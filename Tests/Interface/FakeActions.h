@@ -16,6 +16,9 @@ struct FakeActions : tilebuilder::EditorActionsI
     std::string sDirectory;
     std::vector<std::string> vecStack;
     std::vector<tilebuilder::TileFile> vecFiles;
+    std::vector<std::string> vecCategories{"User", "Creative"};
+    tilebuilder::TerrainCategory category;
+    std::vector<tilebuilder::WorldLabel> vecLabels;
     std::vector<tilebuilder::MaterialSetChoice> vecSets;
     tilebuilder::BoundMaterials bound;
     bool bBinds = true; ///< a set that is asked for is bound
@@ -94,6 +97,14 @@ struct FakeActions : tilebuilder::EditorActionsI
     void openStackLevel(size_t uLevel) override { note("level " + std::to_string(uLevel)); }
     void requestExit() override { note("exit"); }
     [[nodiscard]] std::vector<tilebuilder::TileFile> tileFiles() const override { return vecFiles; }
+    [[nodiscard]] std::vector<std::string> tileCategories() const override { return vecCategories; }
+    [[nodiscard]] tilebuilder::TerrainCategory terrainCategory() const override { return category; }
+    void setTerrainCategory(const tilebuilder::TerrainCategory& chosen) override
+    {
+        category = chosen;
+        note("category " + std::to_string(chosen.uCategory) + "/" + std::to_string(chosen.uIndex));
+    }
+    [[nodiscard]] std::vector<tilebuilder::WorldLabel> worldLabels() const override { return vecLabels; }
     [[nodiscard]] tilebuilder::CameraStatus cameraStatus() const override { return camera; }
     void setFlySpeed(float fSpeed) override { camera.flySpeed = fSpeed; }
     void moveCameraForward(float fDistance) override

@@ -7,6 +7,7 @@
 struct FakeWindows : tilebuilder::EditorInterfaceI
 {
     std::string sCalls;
+    bool bTileSettings = false;
 
     [[nodiscard]] bool isMouseFree() const override { return true; }
     [[nodiscard]] bool hasNoKeyFocus() const override { return true; }
@@ -17,6 +18,12 @@ struct FakeWindows : tilebuilder::EditorInterfaceI
     void showOpenWindow() override { sCalls += "openWindow;"; }
     void showSaveAsWindow() override { sCalls += "saveAsWindow;"; }
     void toggleStatusOverlay() override { sCalls += "overlay;"; }
+    void showTileSettingsWindow(bool bShow) override
+    {
+        bTileSettings = bShow;
+        sCalls += "tileSettings;";
+    }
+    [[nodiscard]] bool isTileSettingsVisible() const override { return bTileSettings; }
     void refresh(uint32_t) override {}
     void showMessage(std::string_view, std::string_view) override {}
     void askYesNo(std::string_view, std::string_view, std::function<void()>) override {}

@@ -12,6 +12,7 @@
 #include <MyGUI_Button.h>
 #include <MyGUI_ComboBox.h>
 #include <MyGUI_ItemBox.h>
+#include <MyGUI_ListBox.h>
 #include <MyGUI_MenuBar.h>
 #include <MyGUI_MenuItem.h>
 #include <MyGUI_ScrollView.h>
@@ -24,6 +25,7 @@ using namespace tilebuilder;
 
 constexpr int s_iEnter = 28;
 constexpr int s_iDown = 0xD0;
+constexpr int s_iControl = 29;
 
 struct InterfaceTest : GuiFixture
 {
@@ -52,6 +54,14 @@ struct InterfaceTest : GuiFixture
         for (int i = 0; i < 8; ++i)
             vecMaterials.push_back({sSet + std::to_string(i), "$GAME_DATA/Gui/Editor/ed_icon_size.png"});
         return vecMaterials;
+    }
+
+    static TileFile tile(const std::string& sName, const std::string& sCategory)
+    {
+        return {.sName = sName,
+                .sPath = "$CONTENT_DATA/" + sName + ".tile",
+                .sCategory = sCategory,
+                .sPreviewPath = "ed_error_tile.png"};
     }
 
     /// The middle of an item of the material list.
@@ -239,9 +249,7 @@ TEST_F(InterfaceTest, newWindowMakesTheChosenSizeAndGoes)
 
 TEST_F(InterfaceTest, openWindowSearchesAndOpensByEnterOrClick)
 {
-    m_actions.vecFiles = {{"Dunes", "$GAME_DATA/Dunes.tile", "Creative"},
-                          {"North #1", "$CONTENT_DATA/n.tile", "User"},
-                          {"North Hill", "$CONTENT_DATA/h.tile", "User"}};
+    m_actions.vecFiles = {tile("Dunes", "Creative"), tile("North #1", "User"), tile("North Hill", "User")};
     m_pInterface->showOpenWindow();
     settle(2);
     ASSERT_TRUE(m_pGui->isEditing());
@@ -249,7 +257,7 @@ TEST_F(InterfaceTest, openWindowSearchesAndOpensByEnterOrClick)
     EXPECT_EQ(widget<MyGUI::ItemBox>("TileList")->getItemCount(), 2u);
     settle(2);
     key(s_iEnter);
-    EXPECT_EQ(m_actions.sCalls, "open $CONTENT_DATA/n.tile;");
+    EXPECT_EQ(m_actions.sCalls, "open $CONTENT_DATA/North #1.tile;");
     EXPECT_FALSE(widget("OpenTileWindow")->getVisible());
 
     m_pInterface->showOpenWindow();
@@ -258,13 +266,13 @@ TEST_F(InterfaceTest, openWindowSearchesAndOpensByEnterOrClick)
     key(s_iDown);
     key(s_iDown);
     key(s_iEnter);
-    EXPECT_EQ(m_actions.sCalls, "open $CONTENT_DATA/n.tile;open $CONTENT_DATA/h.tile;");
+    EXPECT_EQ(m_actions.sCalls, "open $CONTENT_DATA/North #1.tile;open $CONTENT_DATA/North Hill.tile;");
 
     m_pInterface->showOpenWindow();
     settle(2);
     const MyGUI::IntCoord list = widget("TileList")->getAbsoluteCoord();
-    click(list.left + 60, list.top + 18);
-    EXPECT_TRUE(m_actions.sCalls.ends_with("open $GAME_DATA/Dunes.tile;"));
+    click(list.left + 60, list.top + 70);
+    EXPECT_TRUE(m_actions.sCalls.ends_with("open $CONTENT_DATA/Dunes.tile;"));
 
     m_pInterface->showOpenWindow();
     type("zzz");
@@ -276,7 +284,7 @@ TEST_F(InterfaceTest, openWindowSearchesAndOpensByEnterOrClick)
 TEST_F(InterfaceTest, longListScrollsByWheelAndKeepsItsPlaceWhenRefreshed)
 {
     for (int i = 0; i < 200; ++i)
-        m_actions.vecFiles.push_back({"Tile " + std::to_string(i), "$CONTENT_DATA/t.tile", "User"});
+        m_actions.vecFiles.push_back(tile("Tile " + std::to_string(i), "User"));
     m_pInterface->showOpenWindow();
     settle(2);
     auto* pList = widget<MyGUI::ItemBox>("TileList");
@@ -288,10 +296,80 @@ TEST_F(InterfaceTest, longListScrollsByWheelAndKeepsItsPlaceWhenRefreshed)
     EXPECT_GT(iOffset, 0);
     m_pInterface->refresh(~0u);
     EXPECT_EQ(pList->getViewOffset().top, iOffset);
-    for (int i = 0; i < 200; ++i)
+    type("t");
+    EXPECT_EQ(pList->getViewOffset().top, iOffset) << "a search that leaves all over moves nothing";
+    for (int i = 0; i < 60; ++i)
         key(s_iDown);
     settle(2);
-    EXPECT_GT(pList->getViewOffset().top, 180 * 28 - list.height) << "the chosen row is in view";
+    EXPECT_EQ(pList->getIndexSelected(), 199u);
+    EXPECT_GT(pList->getViewOffset().top, 49 * 144 - list.height) << "the chosen row is in view";
+}
+
+TEST_F(InterfaceTest, categoriesOfTheOpenWindowAreChosenFromItsMenu)
+{
+    m_actions.vecFiles = {tile("Dunes", "Creative"), tile("Hill", "User"), tile("Lake", "User")};
+    m_pInterface->showOpenWindow();
+    settle(2);
+    auto* pBar = widget<MyGUI::MenuBar>("OptionsBar");
+    auto* pList = widget<MyGUI::ItemBox>("TileList");
+    const auto choose = [&](size_t uEntry)
+    {
+        click(pBar->getItemAt(0));
+        settle();
+        click(pBar->getItemChildAt(0)->getItemAt(uEntry));
+        settle();
+    };
+    choose(2); // behind "User" and the separator
+    EXPECT_EQ(pList->getItemCount(), 1u);
+    EXPECT_TRUE(pBar->getItemChildAt(0)->getItemAt(2)->getItemChecked());
+    EXPECT_FALSE(pBar->getItemChildAt(0)->getItemAt(0)->getItemChecked());
+    EXPECT_TRUE(m_pGui->isEditing()) << "typing goes on";
+    choose(2);
+    EXPECT_EQ(pList->getItemCount(), 0u);
+    EXPECT_TRUE(widget("TileListEmpty")->getVisible());
+    choose(0);
+    settle(2);
+    EXPECT_EQ(pList->getItemCount(), 2u);
+    EXPECT_EQ(widget<MyGUI::TextBox>("ItemName")->getCaption(), MyGUI::UString("Hill"));
+    m_pGui->keyDown(s_iControl, 0);
+    choose(2);
+    EXPECT_EQ(pList->getItemCount(), 3u);
+    m_pGui->keyUp(s_iControl);
+}
+
+TEST_F(InterfaceTest, tileSettingsShowAndWriteTheCategoryWhileTheyAreVisible)
+{
+    EXPECT_FALSE(widget("TileSettingsWindow")->getVisible());
+    m_actions.category = {2, 17};
+    m_pInterface->showTileSettingsWindow(true);
+    m_pInterface->refresh(0);
+    settle(2);
+    auto* pEntries = widget<MyGUI::ListBox>("TerrainCategoryList");
+    auto* pCategories = widget<MyGUI::ComboBox>("TerrainCategory");
+    EXPECT_EQ(pCategories->getOnlyText(), "Ravines");
+    EXPECT_EQ(pEntries->getIndexSelected(), 17u);
+    EXPECT_TRUE(pEntries->isItemVisibleAt(17));
+    const MyGUI::IntCoord list = pEntries->getAbsoluteCoord();
+    click(list.left + 40, list.bottom() - 20); // the last entry in view
+    EXPECT_EQ(m_actions.category, (TerrainCategory{2, 17})) << "it is the chosen one already";
+    click(list.left + 40, list.bottom() - 48);
+    EXPECT_EQ(m_actions.category, (TerrainCategory{2, 16}));
+
+    click(pCategories);
+    settle();
+    const MyGUI::IntCoord box = pCategories->getAbsoluteCoord();
+    click(box.left + 30, box.bottom() + 4 + 13); // "Standard"
+    EXPECT_EQ(m_actions.category, (TerrainCategory{0, 0}));
+    EXPECT_EQ(pEntries->getItemCount(), 0u);
+    EXPECT_TRUE(widget("TerrainCategoryEmpty")->getVisible());
+
+    m_actions.vecLabels = {{"NW", {640.0f, 360.0f}}, {"SE", {700.0f, 1e9f}}};
+    m_pInterface->updateOverlay(60, 4.0, 2.0);
+    m_pGui->resize(3840, 2160); // all widgets anew
+    m_pInterface->updateOverlay(60, 4.0, 2.0);
+    EXPECT_TRUE(widget("TileSettingsWindow")->getVisible());
+    m_pInterface->showTileSettingsWindow(false);
+    EXPECT_FALSE(widget("TileSettingsWindow")->getVisible());
 }
 
 TEST_F(InterfaceTest, helpShowsEveryPage)

@@ -6,7 +6,9 @@
 #include "TileEditorCommon/Interface/FileNameRule.h"
 #include "TileEditorCommon/Interface/KeyBindings.h"
 #include "TileEditorCommon/Interface/StatusText.h"
+#include "TileEditorCommon/Interface/TileBrowserModel.h"
 #include "TileEditorCommon/Interface/TileSearch.h"
+#include "TileEditorCommon/Interface/TileSettingsModel.h"
 #include "TileEditorCommon/Interface/ToolPanels.h"
 
 #include <gtest/gtest.h>
@@ -41,13 +43,114 @@ TEST(StatusTextTest, fourSignificantDigitsAndTheGridOnlyWithOne)
 TEST(TileSearchTest, everyWordMustOccurInAnyOrder)
 {
     const std::vector<TileFile> vecFiles{
-        {"River Valley", {}, {}}, {"Valley of Stone", {}, {}}, {"Dunes", {}, {}}};
+        {.sName = "River Valley"}, {.sName = "Valley of Stone"}, {.sName = "Dunes"}};
     const auto find = [&](const char* pText) { return filterTiles(vecFiles, searchWords(pText)); };
     using Found = std::vector<size_t>;
     EXPECT_EQ(find("VALLEY"), (Found{0, 1}));
     EXPECT_EQ(find("  stone  val "), (Found{1}));
     EXPECT_EQ(find(""), (Found{0, 1, 2}));
     EXPECT_EQ(find("valley dunes"), Found{});
+}
+
+struct TileBrowserTest : testing::Test
+{
+    TileBrowserTest()
+    {
+        m_actions.vecCategories = {"My Game", "User", "Creative", "Survival"};
+        for (const std::string& sCategory : m_actions.vecCategories)
+            m_actions.vecFiles.push_back({.sName = "Hill of " + sCategory, .sCategory = sCategory});
+    }
+
+    /// The categories of what is left over, in their order.
+    static std::string shown(const TileBrowserModel& model)
+    {
+        std::string sShown;
+        for (size_t i = 0; i < model.count(); ++i)
+            sShown += model.shown(i).sCategory + ";";
+        return sShown;
+    }
+
+    FakeActions m_actions;
+};
+
+TEST_F(TileBrowserTest, clicksChooseOneCategoryAndControlJoinsAndTakesAway)
+{
+    TileBrowserModel model(m_actions);
+    model.refreshItems();
+    EXPECT_EQ(shown(model), "My Game;User;Creative;Survival;");
+    model.clickCategory("User", false);
+    EXPECT_EQ(shown(model), "User;") << "unchecked among several, it stays alone";
+    model.clickCategory("Survival", true);
+    EXPECT_EQ(shown(model), "User;Survival;");
+    model.clickCategory("Creative", false);
+    EXPECT_EQ(shown(model), "Creative;");
+    model.clickCategory("Creative", false);
+    EXPECT_EQ(shown(model), "") << "the only one goes";
+    model.clickCategory("Nowhere", true);
+    model.clickCategory("User", true);
+    model.clickCategory("User", true);
+    EXPECT_EQ(shown(model), "");
+    EXPECT_FALSE(model.emptyText().empty());
+}
+
+TEST_F(TileBrowserTest, wordsAndCategoriesFilterTogetherAndOutliveARefresh)
+{
+    TileBrowserModel model(m_actions);
+    model.setSearch("HILL");
+    model.clickCategory("User", false);
+    model.clickCategory("Creative", true);
+    m_actions.vecFiles.push_back({.sName = "Dale", .sCategory = "User"});
+    model.refreshItems();
+    EXPECT_EQ(shown(model), "User;Creative;");
+    EXPECT_EQ(model.countText(), "2 of 5 tiles");
+    model.setSearch("dale");
+    EXPECT_EQ(shown(model), "User;");
+    EXPECT_EQ(previewPicture(model.shown(0)), "$GAME_DATA/Gui/Editor/ed_error_tile.png");
+    EXPECT_EQ(previewPicture({.sPreviewPath = "$A_DATA/x.png"}), "$A_DATA/x.png");
+}
+
+TEST_F(TileBrowserTest, menuHasTheRunsCategoriesInTheirOrder)
+{
+    const auto labels = [&]
+    {
+        std::string sLabels;
+        for (const MenuEntry& entry : TileBrowserModel(m_actions).categoryMenu({}).vecChildren)
+            sLabels += entry.eKind == MenuEntry::Kind::Separator ? "|" : entry.sLabel + ";";
+        return sLabels;
+    };
+    EXPECT_EQ(labels(), "My Game;User;|Creative;Survival;");
+    m_actions.vecCategories = {"#1", "User"};
+    EXPECT_EQ(labels(), "##1;User;");
+}
+
+TEST(TileSettingsModelTest, anotherCategoryStartsAtItsFirstEntry)
+{
+    FakeActions actions;
+    actions.category = {1, 69};
+    TileSettingsModel model(actions);
+    EXPECT_EQ(model.category(), 1u);
+    EXPECT_EQ(model.entry(), 69u);
+    EXPECT_EQ(model.entries().size(), 70u);
+    model.chooseEntry(70);
+    model.chooseCategory(1);
+    model.chooseCategory(4);
+    EXPECT_EQ(actions.sCalls, "") << "what is there already or doesn't exist";
+    model.chooseCategory(3);
+    EXPECT_EQ(actions.sCalls, "category 3/0;");
+    ASSERT_TRUE(model.update());
+    EXPECT_FALSE(model.update());
+    model.chooseEntry(5);
+    EXPECT_EQ(actions.sCalls, "category 3/0;category 3/5;");
+
+    actions.category = {9, 4000}; // as a file may have it
+    model.update();
+    EXPECT_EQ(model.category(), TileSettingsModel::s_uNone);
+    EXPECT_EQ(model.entry(), TileSettingsModel::s_uNone);
+    actions.bOpen = false;
+    actions.category = {};
+    model.update();
+    model.chooseCategory(2);
+    EXPECT_EQ(actions.category, TerrainCategory{});
 }
 
 struct BarModelsTest : testing::Test
@@ -84,17 +187,21 @@ TEST_F(BarModelsTest, menuEntriesActAndNameTheirKeys)
         find(vecBar, pLabel)->fnAction();
     EXPECT_EQ(m_windows.sCalls, "newWindow;openWindow;saveAsWindow;");
     EXPECT_EQ(m_actions.sCalls, "save;exit;");
+    find(vecBar, "Tile Settings")->fnAction();
+    EXPECT_TRUE(m_windows.bTileSettings);
+    find(vecBar, "Tile Settings")->fnAction();
+    EXPECT_FALSE(m_windows.bTileSettings);
 }
 
 TEST_F(BarModelsTest, withNothingOpenSavingIsGreyAndTheRightBarEmpty)
 {
     m_actions.bOpen = false;
     m_actions.vecStack = {"$X_DATA/a.tile"};
-    for (const EntryState& state : leftBarStates(m_actions))
+    for (const EntryState& state : leftBarStates(m_actions, m_windows))
         EXPECT_FALSE(state.bEnabled) << state.sId;
     EXPECT_TRUE(buildRightBar(m_actions).empty());
     m_actions.bOpen = true;
-    for (const EntryState& state : leftBarStates(m_actions))
+    for (const EntryState& state : leftBarStates(m_actions, m_windows))
         EXPECT_TRUE(state.bEnabled) << state.sId;
     m_actions.vecStack.clear();
     ASSERT_EQ(buildRightBar(m_actions).size(), 1u);

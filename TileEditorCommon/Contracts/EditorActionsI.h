@@ -48,6 +48,26 @@ struct TileFile
     std::string sName;     ///< file name without folder and extension
     std::string sPath;     ///< keyed path of the file
     std::string sCategory; ///< "User", "Creative", "Survival" or the name of the context's item
+    Uuid uuid;             ///< nil when the file's header can't be read
+    /// Keyed path of the picture, or the bare name of the one that stands for a missing picture.
+    std::string sPreviewPath;
+    bool bWorkshop = false; ///< shared: its item has a number
+};
+
+/// A tile's mark as a member of one of the world generator's lists; 4 and 12 bits wide in the file.
+struct TerrainCategory
+{
+    uint32_t uCategory = 0;
+    uint32_t uIndex = 0; ///< in the list of that category
+
+    bool operator==(const TerrainCategory&) const = default;
+};
+
+/// A text that stands at a place of the world, this frame.
+struct WorldLabel
+{
+    std::string sText;
+    std::array<float, 2> pixel{}; ///< of the client area, from the top left
 };
 
 /// What the status overlay and the wheel need of the camera.
@@ -119,6 +139,12 @@ public:
     virtual void requestExit() = 0;
     /// All tiles that can be opened, looked up on disk, in the order of the list.
     [[nodiscard]] virtual std::vector<TileFile> tileFiles() const = 0;
+    /// The categories that files can have in this run: the context's item, "User", what the game gives.
+    [[nodiscard]] virtual std::vector<std::string> tileCategories() const = 0;
+    /// The open document's; all 0 without one.
+    [[nodiscard]] virtual TerrainCategory terrainCategory() const = 0;
+    /// An undo step, unless it is the same. Nothing without a document.
+    virtual void setTerrainCategory(const TerrainCategory& category) = 0;
 
     // History
 
@@ -141,6 +167,8 @@ public:
     [[nodiscard]] virtual std::optional<std::array<float, 3>> cursorHit() const = 0;
     /// Metres; nothing without a grid entity.
     [[nodiscard]] virtual std::optional<float> gridSpacing() const = 0;
+    /// What stands in the view in this frame.
+    [[nodiscard]] virtual std::vector<WorldLabel> worldLabels() const = 0;
 
     /// The interface must refresh; bits of ChangeMask.
     virtual void markInterfaceDirty(uint32_t uMask) = 0;

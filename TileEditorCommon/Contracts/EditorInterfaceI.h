@@ -32,6 +32,8 @@ public:
     virtual void showOpenWindow() = 0;
     virtual void showSaveAsWindow() = 0;
     virtual void toggleStatusOverlay() = 0;
+    virtual void showTileSettingsWindow(bool bShow) = 0;
+    [[nodiscard]] virtual bool isTileSettingsVisible() const = 0;
 
     /// Reads the editor object and sets every widget anew; bits of ChangeMask.
     virtual void refresh(uint32_t uMask) = 0;

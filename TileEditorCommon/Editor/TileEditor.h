@@ -142,11 +142,15 @@ public:
     void deleteTile() override;
     void requestExit() override;
     [[nodiscard]] std::vector<TileFile> tileFiles() const override;
+    [[nodiscard]] std::vector<std::string> tileCategories() const override;
+    [[nodiscard]] TerrainCategory terrainCategory() const override;
+    void setTerrainCategory(const TerrainCategory& category) override;
     [[nodiscard]] CameraStatus cameraStatus() const override;
     void setFlySpeed(float fSpeed) override;
     void moveCameraForward(float fDistance) override;
     [[nodiscard]] std::optional<std::array<float, 3>> cursorHit() const override;
     [[nodiscard]] std::optional<float> gridSpacing() const override { return std::nullopt; }
+    [[nodiscard]] std::vector<WorldLabel> worldLabels() const override { return m_vecWorldLabels; }
 
     // EditorSinkI
 
@@ -172,6 +176,7 @@ private:
     void updateHistory();
     void updateUndoKeys();
     bool pushPending();
+    void labelCorners();
     void updateTools(float dt);
     void endPress();
     [[nodiscard]] std::optional<glm::vec3> groundUnderCursor() const;
@@ -226,6 +231,7 @@ private:
     bool m_bObjectsOpen = false; ///< the document has entities
     bool m_bRunning = true;
 
+    std::vector<WorldLabel> m_vecWorldLabels; ///< of this frame
     StrokeClock m_strokeClock;
     bool m_bStrokeDirty = false;  ///< a stroke touched the ground since it started
     bool m_bStrokeActive = false; ///< the button went down over the view with a painting tool

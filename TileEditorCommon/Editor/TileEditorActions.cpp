@@ -18,9 +18,47 @@ namespace tilebuilder
 namespace
 {
 
-TileFile makeTileFile(const std::string& sPath, const std::string& sCategory)
+constexpr const char* s_pMissingPreview = "ed_error_tile.png";
+
+/// The picture beside a tile, which bears the tile's id as its name.
+std::string previewOf(const std::string& sPath, const Uuid& uuid)
 {
-    return {std::filesystem::path(sPath).stem().string(), sPath, sCategory};
+    if (uuid == Uuid{})
+        return s_pMissingPreview;
+    const std::string sPreview = sPath.substr(0, sPath.rfind('/') + 1) + uuid.text() + ".png";
+    std::error_code error;
+    return std::filesystem::is_regular_file(DirectoryManager::ms_pInstance->resolvePath(sPreview), error)
+               ? sPreview
+               : s_pMissingPreview;
+}
+
+TileFile makeTileFile(const std::string& sPath, const std::string& sCategory, bool bWorkshop = false)
+{
+    TileFile file;
+    file.sName = std::filesystem::path(sPath).stem().string();
+    file.sPath = sPath;
+    file.sCategory = sCategory;
+    file.uuid = Tile::readUuid(sPath);
+    file.sPreviewPath = previewOf(sPath, file.uuid);
+    file.bWorkshop = bWorkshop;
+    return file;
+}
+
+/// Whose tiles of the game can be opened in this run.
+struct GameTiles
+{
+    bool bCreative = true;
+    bool bSurvival = false;
+};
+
+GameTiles gameTiles()
+{
+    const auto& pContext = UgcManager::ms_pInstance->context;
+    if (!pContext)
+        return {};
+    const BaseGameContent eBase = static_cast<const UgcCustomGameMod&>(*pContext).baseGameContent();
+    const bool bSurvival = eBase == BaseGameContent::Survival;
+    return {bSurvival || eBase == BaseGameContent::Creative, bSurvival};
 }
 
 } // namespace
@@ -64,16 +102,10 @@ void TileEditor::requestExit()
 std::vector<TileFile> TileEditor::tileFiles() const
 {
     std::vector<TileFile> vecFiles;
-    bool bCreative = true;
-    bool bSurvival = false;
     if (const auto& pContext = UgcManager::ms_pInstance->context)
-    {
         for (const std::string& sPath : pContext->getTileFiles())
             vecFiles.push_back(makeTileFile(sPath, pContext->name()));
-        const BaseGameContent eBase = static_cast<const UgcCustomGameMod&>(*pContext).baseGameContent();
-        bSurvival = eBase == BaseGameContent::Survival;
-        bCreative = bSurvival || eBase == BaseGameContent::Creative;
-    }
+    const auto [bCreative, bSurvival] = gameTiles();
     if (bCreative)
         for (const std::string& sPath : Tile::listGameTiles(true, false))
             vecFiles.push_back(makeTileFile(sPath, "Creative"));
@@ -83,8 +115,37 @@ std::vector<TileFile> TileEditor::tileFiles() const
     for (const auto& pItem : UgcManager::ms_pInstance->getTiles())
         if (const auto& pTileItem = static_cast<const UgcTile&>(*pItem);
             UgcManager::isUsersOwn(pTileItem) && !pTileItem.tilePath().empty())
-            vecFiles.push_back(makeTileFile(pTileItem.tilePath(), "User"));
+            vecFiles.push_back(
+                makeTileFile(pTileItem.tilePath(), "User", pTileItem.getUInt64("fileId") != 0));
     return vecFiles;
+}
+
+std::vector<std::string> TileEditor::tileCategories() const
+{
+    std::vector<std::string> vecCategories;
+    if (const auto& pContext = UgcManager::ms_pInstance->context)
+        vecCategories.push_back(pContext->name());
+    vecCategories.push_back("User");
+    const auto [bCreative, bSurvival] = gameTiles();
+    if (bCreative)
+        vecCategories.push_back("Creative");
+    if (bSurvival)
+        vecCategories.push_back("Survival");
+    return vecCategories;
+}
+
+TerrainCategory TileEditor::terrainCategory() const
+{
+    return m_pTile ? TerrainCategory{m_pTile->terrainCategory(), m_pTile->terrainCategoryIndex()}
+                   : TerrainCategory{};
+}
+
+void TileEditor::setTerrainCategory(const TerrainCategory& category)
+{
+    if (!m_pTile || category == terrainCategory())
+        return;
+    m_pTile->setTerrainCategory(category.uCategory, category.uIndex);
+    markChanged(0);
 }
 
 CameraStatus TileEditor::cameraStatus() const

@@ -16,9 +16,12 @@ namespace tilebuilder
 
 void TileEditor::update(float dt)
 {
+    m_vecWorldLabels.clear();
     if (isDocumentOpen())
     {
         updateHistory();
+        if (m_pInterface && m_pInterface->isTileSettingsVisible())
+            labelCorners();
         updateTools(dt);
         if (m_bGroundOpen && m_pSurface->isDirty())
         {
@@ -45,6 +48,21 @@ void TileEditor::updateHistory()
     if (m_pending.isDue(FrameClock::clockMs(), m_services.pInput->buttonDown[0]))
         pushPending();
     updateUndoKeys();
+}
+
+/// Names the corners of the tile as the world generator lays it.
+void TileEditor::labelCorners()
+{
+    const auto fWidth = static_cast<float>(m_pTile->width() * tile::CellSize);
+    const auto fHeight = static_cast<float>(m_pTile->height() * tile::CellSize);
+    const std::array<std::pair<const char*, glm::vec3>, 4> arrCorners{{{"NW", {0.0f, 0.0f, 0.0f}},
+                                                                       {"NE", {fWidth, 0.0f, 0.0f}},
+                                                                       {"SW", {0.0f, fHeight, 0.0f}},
+                                                                       {"SE", {fWidth, fHeight, 0.0f}}}};
+    glm::vec2 pixel;
+    for (const auto& [pText, corner] : arrCorners)
+        if (m_services.pCamera->project(corner, pixel))
+            m_vecWorldLabels.push_back({pText, {pixel.x, pixel.y}});
 }
 
 void TileEditor::updateTools(float dt)

@@ -78,18 +78,23 @@ std::vector<MenuEntry> buildLeftBar(EditorActionsI& actions, EditorInterfaceI& w
               later("Harvestable", "View/Harvestable", Kind::Check),
               later("Blueprint", "View/Blueprint", Kind::Check), later("Prefab", "View/Prefab", Kind::Check),
               later("Node", "View/Node", Kind::Check), later("Decal", "View/Decal", Kind::Check)}),
-        menu("Window", {later(withShortcut(keys, "Outliner ", ActionOutliner), "Outliner"), separator(),
-                        later("Share", "Share")}),
+        menu("Window", {later(withShortcut(keys, "Outliner ", ActionOutliner), "Outliner"),
+                        entry(
+                            "Tile Settings", "Tile Settings",
+                            [&windows] { windows.showTileSettingsWindow(!windows.isTileSettingsVisible()); },
+                            Kind::Check),
+                        separator(), later("Share", "Share")}),
         entry("Help", "Help", std::move(fnHelp)),
     };
 }
 
-std::vector<EntryState> leftBarStates(EditorActionsI& actions)
+std::vector<EntryState> leftBarStates(EditorActionsI& actions, const EditorInterfaceI& windows)
 {
     const bool bOpen = actions.isDocumentOpen();
     const bool bDelete = bOpen && actions.canDeleteTile();
     return {{.sId = "Save", .bEnabled = bOpen},
             {.sId = "SaveAs", .bEnabled = bOpen},
+            {.sId = "Tile Settings", .bEnabled = bOpen, .bChecked = windows.isTileSettingsVisible()},
             {.sId = "Delete Tile",
              .bEnabled = bDelete,
              .sLabel = bDelete ? "#ff5566Delete Tile" : "Delete Tile"}};

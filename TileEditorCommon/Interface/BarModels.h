@@ -34,7 +34,7 @@ struct EntryState
     bool bChecked = false;
     std::string sLabel; ///< empty: stays
 };
-[[nodiscard]] std::vector<EntryState> leftBarStates(EditorActionsI& actions);
+[[nodiscard]] std::vector<EntryState> leftBarStates(EditorActionsI& actions, const EditorInterfaceI& windows);
 
 /// The tool buttons. Colours and checks come with the list.
 [[nodiscard]] std::vector<MenuEntry> buildToolButtons(EditorActionsI& actions, const KeyBindings& keys);

@@ -1,20 +1,24 @@
 #include "TileEditorCommon/Interface/OpenTileWindow.h"
 
-#include "KestrelCommon/Core/Text.h"
+#include "MyGuiCommon/EditorMenu.h"
 #include "MyGuiCommon/GuiMetrics.h"
+#include "MyGuiCommon/GuiPixels.h"
 #include "MyGuiCommon/GuiText.h"
 #include "MyGuiCommon/GuiTips.h"
 #include "MyGuiCommon/MenuEntry.h"
 #include "TileEditorCommon/Interface/LayoutWidgets.h"
-#include "TileEditorCommon/Interface/TileSearch.h"
 
 #include <MyGUI_Button.h>
 #include <MyGUI_EditBox.h>
 #include <MyGUI_IBItemInfo.h>
+#include <MyGUI_ImageBox.h>
 #include <MyGUI_InputManager.h>
 #include <MyGUI_ItemBox.h>
+#include <MyGUI_LayoutManager.h>
+#include <MyGUI_MenuBar.h>
 #include <MyGUI_RenderManager.h>
 #include <MyGUI_Window.h>
+#include <cmath>
 
 using GuiMetrics::px;
 
@@ -24,22 +28,29 @@ namespace tilebuilder
 namespace
 {
 
-constexpr int s_iRowHeight = 28;
-constexpr int s_iRowPadding = 40; ///< around and between the two texts of a row
-
-/// The two texts of a row, kept with its widget.
-struct Row
-{
-    MyGUI::Button* pBack = nullptr;
-    MyGUI::TextBox* pCategory = nullptr;
-};
+// What an item takes of the content sizes that place() gives the window.
+constexpr int s_iItemWidth = 152;
+constexpr int s_iItemHeight = 144;
+constexpr int s_iListFrame = 22; ///< the list's rim and its scroll bar
+constexpr const char* s_pItemLayout = "$GAME_DATA/Gui/Layouts/TileEditor/TileBrowserItem.layout";
 
 } // namespace
+
+/// The widgets of an item, from its layout.
+struct OpenTileWindow::Item
+{
+    MyGUI::Button* pFrame = nullptr;
+    MyGUI::ImageBox* pIcon = nullptr;
+    MyGUI::Widget* pShared = nullptr;
+    MyGUI::TextBox* pName = nullptr;
+    MyGUI::TextBox* pCategory = nullptr;
+};
 
 OpenTileWindow::OpenTileWindow(MyGUI::Window* pWindow, EditorActionsI& actions, GuiTips& tips,
                                std::function<void()> fnClose)
     : m_pWindow(pWindow),
       m_actions(actions),
+      m_model(actions),
       m_tips(tips),
       m_fnClose(std::move(fnClose)),
       m_pList(findIn<MyGUI::ItemBox>(pWindow, "TileList")),
@@ -61,8 +72,16 @@ OpenTileWindow::OpenTileWindow(MyGUI::Window* pWindow, EditorActionsI& actions, 
         m_pSearch->eventEditSelectAccept += MyGUI::newDelegate(this, &OpenTileWindow::onAccept);
         m_pSearch->eventKeyButtonPressed += MyGUI::newDelegate(this, &OpenTileWindow::onKey);
     }
+    if (auto* pBar = findIn<MyGUI::MenuBar>(pWindow, "OptionsBar"))
+    {
+        m_pOptions = std::make_unique<EditorMenu>(pBar, tips);
+        m_pOptions->add(
+            m_model.categoryMenu([this](const std::string& sCategory) { onCategory(sCategory); }));
+    }
     place();
 }
+
+OpenTileWindow::~OpenTileWindow() = default;
 
 void OpenTileWindow::place()
 {
@@ -76,95 +95,125 @@ void OpenTileWindow::place()
 
 void OpenTileWindow::show()
 {
-    m_vecFiles = m_actions.tileFiles();
     if (m_pSearch)
         m_pSearch->setOnlyText("");
+    m_model.setSearch({});
+    m_model.refreshItems();
     m_pWindow->setVisible(true);
-    applyFilter();
+    showItems();
     if (m_pSearch)
         MyGUI::InputManager::getInstance().setKeyFocusWidget(m_pSearch);
 }
 
-void OpenTileWindow::applyFilter()
+void OpenTileWindow::showItems()
 {
     if (!m_pList)
         return;
-    m_vecShown = filterTiles(m_vecFiles,
-                             searchWords(m_pSearch ? std::string(m_pSearch->getOnlyText()) : std::string()));
     const MyGUI::IntPoint offset = m_pList->getViewOffset();
-    while (m_pList->getItemCount() > m_vecShown.size())
+    while (m_pList->getItemCount() > m_model.count())
         m_pList->removeItemAt(m_pList->getItemCount() - 1);
-    while (m_pList->getItemCount() < m_vecShown.size())
+    while (m_pList->getItemCount() < m_model.count())
         m_pList->addItem(m_pList->getItemCount());
     m_pList->clearIndexSelected();
     m_pList->redrawAllItems();
     m_pList->setViewOffset(offset);
     if (m_pCount)
-        m_pCount->setCaption(
-            m_vecShown.size() == m_vecFiles.size()
-                ? UTILS::concat(m_vecFiles.size(), m_vecFiles.size() == 1 ? " tile" : " tiles")
-                : UTILS::concat(m_vecShown.size(), " of ", m_vecFiles.size(), " tiles"));
+        m_pCount->setCaption(m_model.countText());
     if (m_pEmpty)
     {
-        m_pEmpty->setVisible(m_vecShown.empty());
-        m_pEmpty->setCaption(m_vecFiles.empty() ? "There are no tiles yet. Make one with File > New."
-                                                : "No tile matches the search.");
+        m_pEmpty->setVisible(m_model.count() == 0);
+        m_pEmpty->setCaption(m_model.emptyText());
     }
 }
 
-void OpenTileWindow::open(size_t uRow)
+void OpenTileWindow::open(size_t uItem)
 {
-    if (uRow >= m_vecShown.size())
+    if (uItem >= m_model.count())
         return;
-    const std::string sPath = m_vecFiles[m_vecShown[uRow]].sPath;
+    const std::string sPath = m_model.shown(uItem).sPath;
     m_fnClose();
     m_actions.openDocument(sPath);
 }
 
-void OpenTileWindow::select(size_t uRow)
+void OpenTileWindow::select(size_t uItem)
 {
-    if (!m_pList || uRow >= m_vecShown.size())
+    if (!m_pList || uItem >= m_model.count())
         return;
-    m_pList->setIndexSelected(uRow);
-    // Scrolls the row into view.
-    const int iTop = static_cast<int>(uRow) * px(s_iRowHeight);
+    m_pList->setIndexSelected(uItem);
+    // Scrolls the item's row into view.
+    const int iHeight = itemSize().height;
+    const int iTop = static_cast<int>(uItem / columns()) * iHeight;
     MyGUI::IntPoint offset = m_pList->getViewOffset();
-    const int iView = m_pList->getClientCoord().height;
-    offset.top = std::clamp(offset.top, iTop + px(s_iRowHeight) - iView, iTop);
+    offset.top = std::clamp(offset.top, iTop + iHeight - m_pList->getClientCoord().height, iTop);
     m_pList->setViewOffset(offset);
 }
 
-void OpenTileWindow::onItemSize(MyGUI::ItemBox* pSender, MyGUI::IntCoord& coord, bool)
+size_t OpenTileWindow::columns() const
 {
-    coord.set(0, 0, pSender->getClientCoord().width, px(s_iRowHeight));
+    const float fWidth = static_cast<float>(m_pList->getWidth() - px(s_iListFrame));
+    return static_cast<size_t>(std::max(1L, std::lround(fWidth / static_cast<float>(px(s_iItemWidth)))));
+}
+
+/// The same with and without a scroll bar, so that nothing moves when it comes.
+MyGUI::IntSize OpenTileWindow::itemSize() const
+{
+    const int iWidth = m_pList->getWidth() - px(s_iListFrame);
+    return {std::max(1, iWidth / static_cast<int>(columns())), px(s_iItemHeight)};
+}
+
+void OpenTileWindow::onCategory(const std::string& sCategory)
+{
+    MyGUI::InputManager& input = MyGUI::InputManager::getInstance();
+    m_model.clickCategory(sCategory, input.isControlPressed());
+    for (const std::string& sKnown : m_actions.tileCategories())
+        m_pOptions->setChecked(sKnown, m_model.isSelected(sKnown));
+    showItems();
+    if (m_pSearch)
+        input.setKeyFocusWidget(m_pSearch);
+}
+
+void OpenTileWindow::onItemSize(MyGUI::ItemBox*, MyGUI::IntCoord& coord, bool)
+{
+    const MyGUI::IntSize size = itemSize();
+    coord.set(0, 0, size.width, size.height);
 }
 
 void OpenTileWindow::onItemWidget(MyGUI::ItemBox*, MyGUI::Widget* pItem)
 {
-    const MyGUI::IntCoord whole(0, 0, pItem->getWidth(), pItem->getHeight());
-    Row row;
-    row.pBack = pItem->createWidget<MyGUI::Button>("QM_ListLine", whole, MyGUI::Align::Stretch);
-    row.pBack->setNeedMouseFocus(false);
-    row.pCategory = pItem->createWidget<MyGUI::TextBox>(
-        "QM_NoteRight", MyGUI::IntCoord(whole.width / 2, 0, whole.width / 2 - px(12), whole.height),
-        MyGUI::Align::Right | MyGUI::Align::VStretch);
-    row.pCategory->setNeedMouseFocus(false);
-    pItem->setUserData(MyGUI::Any(row));
+    MyGUI::LayoutManager::getInstance().loadLayout(s_pItemLayout, "", pItem);
+    Item item;
+    item.pFrame = findIn<MyGUI::Button>(pItem, "ItemFrame");
+    item.pIcon = findIn<MyGUI::ImageBox>(pItem, "ItemIcon");
+    item.pShared = findIn<MyGUI::Widget>(pItem, "SteamIcon");
+    item.pName = findIn<MyGUI::TextBox>(pItem, "ItemName");
+    item.pCategory = findIn<MyGUI::TextBox>(pItem, "ItemCategory");
+    if (item.pFrame)
+        item.pFrame->setCoord(0, 0, pItem->getWidth(), pItem->getHeight());
+    pItem->setUserData(MyGUI::Any(item));
 }
 
 void OpenTileWindow::onItemDraw(MyGUI::ItemBox*, MyGUI::Widget* pItem, const MyGUI::IBDrawItemInfo& info)
 {
-    const Row& row = *pItem->getUserData<Row>();
-    if (info.update && info.index < m_vecShown.size())
+    const Item& item = *pItem->getUserData<Item>();
+    if (info.update && info.index < m_model.count())
     {
-        const TileFile& file = m_vecFiles[m_vecShown[info.index]];
-        GuiText::fitCaption(*row.pCategory, file.sCategory, row.pCategory->getWidth());
-        const int iRest = row.pBack->getWidth() - row.pCategory->getTextSize().width - px(s_iRowPadding);
-        const bool bShortened = GuiText::fitCaption(*row.pBack, file.sName, iRest);
-        m_tips.set(pItem, bShortened ? escapeCaption(file.sName) : std::string());
+        const TileFile& file = m_model.shown(info.index);
+        if (item.pIcon)
+            item.pIcon->setImageTexture(GuiPixels::thumbnail(previewPicture(file), item.pIcon->getWidth(),
+                                                             item.pIcon->getHeight(), GuiPixels::s_fWhole));
+        if (item.pShared)
+            item.pShared->setVisible(file.bWorkshop);
+        if (item.pName)
+            GuiText::fitCaption(*item.pName, file.sName, item.pName->getWidth());
+        if (item.pCategory)
+            GuiText::fitCaption(*item.pCategory, file.sCategory, item.pCategory->getWidth());
+        m_tips.set(pItem, escapeCaption(file.sPath));
     }
-    row.pBack->setStateSelected(info.select);
-    row.pBack->_setMouseFocus(info.active);
+    if (item.pFrame)
+    {
+        item.pFrame->setStateSelected(info.select);
+        item.pFrame->_setMouseFocus(info.active);
+    }
 }
 
 void OpenTileWindow::onItemPress(MyGUI::ItemBox*, const MyGUI::IBNotifyItemData& info)
@@ -173,9 +222,10 @@ void OpenTileWindow::onItemPress(MyGUI::ItemBox*, const MyGUI::IBNotifyItemData&
         open(info.index);
 }
 
-void OpenTileWindow::onSearch(MyGUI::EditBox*)
+void OpenTileWindow::onSearch(MyGUI::EditBox* pSender)
 {
-    applyFilter();
+    m_model.setSearch(std::string(pSender->getOnlyText()));
+    showItems();
 }
 
 void OpenTileWindow::onAccept(MyGUI::EditBox*)
@@ -189,9 +239,15 @@ void OpenTileWindow::onKey(MyGUI::Widget*, MyGUI::KeyCode key, MyGUI::Char)
     const size_t uSelected = m_pList ? m_pList->getIndexSelected() : MyGUI::ITEM_NONE;
     if (key == MyGUI::KeyCode::Escape)
         m_fnClose();
-    else if (key == MyGUI::KeyCode::ArrowDown)
-        select(uSelected == MyGUI::ITEM_NONE ? 0 : std::min(uSelected + 1, m_vecShown.size() - 1));
-    else if (key == MyGUI::KeyCode::ArrowUp && uSelected != MyGUI::ITEM_NONE && uSelected > 0)
+    else if (key == MyGUI::KeyCode::ArrowDown && m_model.count() > 0)
+        select(uSelected == MyGUI::ITEM_NONE ? 0 : std::min(uSelected + columns(), m_model.count() - 1));
+    else if (uSelected == MyGUI::ITEM_NONE)
+        return;
+    else if (key == MyGUI::KeyCode::ArrowUp && uSelected >= columns())
+        select(uSelected - columns());
+    else if (key == MyGUI::KeyCode::ArrowRight)
+        select(uSelected + 1);
+    else if (key == MyGUI::KeyCode::ArrowLeft && uSelected > 0)
         select(uSelected - 1);
 }
 

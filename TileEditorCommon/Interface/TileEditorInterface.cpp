@@ -8,8 +8,8 @@
 #include "TileEditorCommon/Contracts/EditorActionsI.h"
 #include "TileEditorCommon/Interface/BarModels.h"
 #include "TileEditorCommon/Interface/BrushWindow.h"
-#include "TileEditorCommon/Interface/ColorWindow.h"
 #include "TileEditorCommon/Interface/ClutterPanel.h"
+#include "TileEditorCommon/Interface/ColorWindow.h"
 #include "TileEditorCommon/Interface/EditorBindings.h"
 #include "TileEditorCommon/Interface/FileNameRule.h"
 #include "TileEditorCommon/Interface/GroundMaterialWindow.h"
@@ -20,7 +20,9 @@
 #include "TileEditorCommon/Interface/OpenTileWindow.h"
 #include "TileEditorCommon/Interface/StatusText.h"
 #include "TileEditorCommon/Interface/TileCreateWindow.h"
+#include "TileEditorCommon/Interface/TileSettingsWindow.h"
 #include "TileEditorCommon/Interface/ToolPanels.h"
+#include "TileEditorCommon/Interface/WorldLabels.h"
 
 #include <MyGUI_Gui.h>
 #include <MyGUI_InputManager.h>
@@ -30,6 +32,7 @@
 #include <MyGUI_RenderManager.h>
 #include <MyGUI_TextBox.h>
 #include <MyGUI_Window.h>
+#include <utility>
 
 using GuiMetrics::px;
 
@@ -43,6 +46,7 @@ constexpr size_t s_uNameLimit = 100;
 constexpr int s_iRightBarWidth = 800;
 constexpr int s_iBarMargin = 8;
 constexpr int s_iSideMargin = 12; ///< between the side windows and the edges of the view
+constexpr int s_iPanelGap = 8;
 constexpr int s_iInfoPadding = 10;
 
 /// The top widget of a loaded layout with that name.
@@ -80,6 +84,8 @@ struct TileEditorInterface::Face
     std::unique_ptr<BrushWindow> pBrushWindow;
     std::unique_ptr<HeightPanel> pHeightPanel;
     std::unique_ptr<ClutterPanel> pClutterPanel;
+    std::unique_ptr<TileSettingsWindow> pTileSettingsWindow;
+    WorldLabels worldLabels;
 
     explicit Face(const InterfaceParts& parts, TileEditorInterface& owner);
     ~Face();
@@ -121,6 +127,7 @@ TileEditorInterface::Face::~Face()
     pLeftMenuBar.reset();
     pCenterMenuBar.reset();
     pRightMenuBar.reset();
+    pOpenTileWindow.reset();
     MyGUI::LayoutManager::getInstance().unloadLayout(vecPopupWidgets);
     MyGUI::LayoutManager::getInstance().unloadLayout(vecMainWidgets);
     MyGUI::Gui::getInstance().destroyWidget(pOverlay);
@@ -145,6 +152,9 @@ void TileEditorInterface::Face::makeWindows(const InterfaceParts& parts, TileEdi
         pHeightPanel = std::make_unique<HeightPanel>(pWidget, parts.actions);
     if (auto* pWidget = findTop<MyGUI::Widget>(vecMainWidgets, "ClutterWindow"))
         pClutterPanel = std::make_unique<ClutterPanel>(pWidget, parts.actions);
+    if (auto* pWindow = findTop<MyGUI::Window>(vecMainWidgets, "TileSettingsWindow"))
+        pTileSettingsWindow = std::make_unique<TileSettingsWindow>(
+            pWindow, parts.actions, [&owner] { owner.showTileSettingsWindow(false); });
 }
 
 void TileEditorInterface::Face::makeBars(const InterfaceParts& parts, TileEditorInterface& owner)
@@ -181,9 +191,18 @@ void TileEditorInterface::Face::place()
         return;
     pBar->setSize(view.width, pBar->getHeight());
     if (pColorEditor)
-        pColorEditor->widget()->setPosition(
-            view.width - pColorEditor->widget()->getWidth() - px(s_iSideMargin),
-            pBar->getBottom() + px(s_iSideMargin));
+        pColorEditor->widget()->setPosition(view.width - pColorEditor->widget()->getWidth() -
+                                                px(s_iSideMargin),
+                                            pBar->getBottom() + px(s_iSideMargin));
+    if (pTileSettingsWindow)
+    {
+        // Below the place of the colour editor, or as low as the view lets it.
+        MyGUI::Window& window = *pTileSettingsWindow->window();
+        const int iBelow = pColorEditor ? pColorEditor->widget()->getBottom() + px(s_iPanelGap) : 0;
+        window.setPosition(view.width - window.getWidth() - px(s_iSideMargin),
+                           std::max(pBar->getBottom(),
+                                    std::min(iBelow, view.height - window.getHeight() - px(s_iSideMargin))));
+    }
     if (pCenter && pCenterMenuBar)
     {
         // In the middle, but in a narrow window never over the menus.
@@ -237,6 +256,7 @@ void TileEditorInterface::createWidgets()
     m_pFace = std::make_unique<Face>(m_parts, *this);
     hidePopups();
     showToolPanels(m_parts.actions.toolState().tool);
+    showTileSettingsWindow(m_bTileSettings);
     refresh(~0u);
 }
 
@@ -356,9 +376,21 @@ void TileEditorInterface::toggleStatusOverlay()
     m_bInfoHidden = !m_bInfoHidden;
 }
 
+void TileEditorInterface::showTileSettingsWindow(bool bShow)
+{
+    const bool bChanged = std::exchange(m_bTileSettings, bShow) != bShow;
+    if (m_pFace && m_pFace->pTileSettingsWindow)
+        m_pFace->pTileSettingsWindow->setVisible(bShow);
+    if (bChanged)
+        m_parts.actions.markInterfaceDirty(0);
+}
+
 void TileEditorInterface::updateOverlay(uint32_t uFrames, double fCpuMs, double fGpuMs)
 {
-    if (!m_pFace || !m_pFace->pInfoBox)
+    if (!m_pFace)
+        return;
+    m_pFace->worldLabels.show(m_parts.actions.worldLabels());
+    if (!m_pFace->pInfoBox)
         return;
     std::string sText;
     if (!m_bInfoHidden)
@@ -383,7 +415,7 @@ void TileEditorInterface::refresh(uint32_t)
     if (!m_pFace)
         return;
     if (m_pFace->pLeftMenuBar)
-        for (const EntryState& state : leftBarStates(m_parts.actions))
+        for (const EntryState& state : leftBarStates(m_parts.actions, *this))
         {
             m_pFace->pLeftMenuBar->setEnabled(state.sId, state.bEnabled);
             m_pFace->pLeftMenuBar->setChecked(state.sId, state.bChecked);
@@ -407,6 +439,8 @@ void TileEditorInterface::refresh(uint32_t)
         m_pFace->pHeightPanel->refresh();
     if (m_pFace->pClutterPanel)
         m_pFace->pClutterPanel->refresh();
+    if (m_pFace->pTileSettingsWindow)
+        m_pFace->pTileSettingsWindow->refresh();
 }
 
 void TileEditorInterface::showMessage(std::string_view sTitle, std::string_view sText)

@@ -40,7 +40,7 @@ public:
     TileEditorInterface(const TileEditorInterface&) = delete;
     TileEditorInterface& operator=(const TileEditorInterface&) = delete;
 
-    /// Shows the figures of the last second in the status overlay; each frame.
+    /// Shows the figures of the last second in the status overlay, and the world's labels; each frame.
     void updateOverlay(uint32_t uFrames, double fCpuMs, double fGpuMs);
 
     /// MyGUI reports neither a widget under the mouse nor one with the keyboard.
@@ -62,6 +62,8 @@ public:
     void showOpenWindow() override;
     void showSaveAsWindow() override;
     void toggleStatusOverlay() override;
+    void showTileSettingsWindow(bool bShow) override;
+    [[nodiscard]] bool isTileSettingsVisible() const override { return m_bTileSettings; }
     void refresh(uint32_t uMask) override;
     void showMessage(std::string_view sTitle, std::string_view sText) override;
     void askYesNo(std::string_view sTitle, std::string_view sText, std::function<void()> onYes) override;
@@ -83,6 +85,7 @@ private:
     InterfaceParts m_parts;
     std::unique_ptr<Face> m_pFace; ///< all widgets; null while the GUI starts anew
     bool m_bInfoHidden = false;
+    bool m_bTileSettings = false;
 };
 
 } // namespace tilebuilder
