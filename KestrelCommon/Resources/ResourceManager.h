@@ -3,6 +3,7 @@
 #include "KestrelCommon/Resources/BufferPool.h"
 #include "KestrelCommon/Resources/PathUpgrades.h"
 #include "KestrelCommon/Resources/Picture.h"
+#include "KestrelCommon/Resources/TextureCache.h"
 
 #include <condition_variable>
 #include <deque>
@@ -33,6 +34,9 @@ public:
     ~ResourceManager();
     ResourceManager(const ResourceManager&) = delete;
     ResourceManager& operator=(const ResourceManager&) = delete;
+
+    /// Where compressed pictures are kept from run to run; none are without. Before the first request.
+    void setTextureCache(std::filesystem::path folder) { m_textureCache = TextureCache(std::move(folder)); }
 
     /// First stage, before the renderer: the table of moved paths.
     void init();
@@ -65,9 +69,10 @@ public:
     /// An array with a layer for each picture, scaled to the size asked for. iMips 0: a full chain.
     /// The same request yields the same texture, which the manager owns. Null with one line when the
     /// list or the sizes break a rule. A picture that can't be read becomes the default texture that
-    /// fits its name, with an error line. Stored with 8 bits a channel whatever the layout. Colours, by
-    /// the ending of the first name, have mips averaged as light; where a GPU draws they are read as
-    /// linear, a CPU leaves that to the shader.
+    /// fits its name, with an error line. Layouts Bc3 and Bc5 are compressed where a GPU draws that has
+    /// them; else, and for the other layouts, 8 bits a channel are stored. Colours, by the ending of the
+    /// first name, have mips averaged as light; where a GPU draws they are read as linear, a CPU leaves
+    /// that to the shader.
     rend::TextureHandle loadTextureArray(std::span<const std::string> spanPaths, int iWidth, int iHeight,
                                          TextureResourceLayout eLayout, int iMips, uint32_t uFlags);
     [[nodiscard]] rend::TextureHandle defaultTexture(DefaultTexture eKind) const
@@ -85,6 +90,7 @@ private:
         uint64_t uHash = 0;
         rend::TextureHandle texture;
         int iMips = 1;
+        bool bCompressed = false;
         size_t uWaiting = 0; ///< layers that are still on their way
     };
     struct Default
@@ -92,7 +98,7 @@ private:
         Picture picture;
         rend::TextureHandle texture;
     };
-    /// A layer to load; the picture comes back empty when the file can't be read.
+    /// A layer to load; picture and blocks come back empty when the file can't be read.
     struct Load
     {
         size_t uTexture = 0;
@@ -102,12 +108,19 @@ private:
         std::string sPath;
         TextureResourceLayout eLayout{};
         int iColourMips = 0; ///< more than 1: they come with the picture
+        int iBlockMips = 0;  ///< more than 0: blocks for as many levels come instead
         Picture picture;
-        std::vector<Picture> vecMips; ///< from 1 on
+        std::vector<Picture> vecMips;     ///< from 1 on
+        std::vector<std::byte> vecBlocks; ///< all levels, one after the other
     };
 
     void runWorker();
     void load(Load& job) const;
+    void loadBlocks(Load& job, const std::filesystem::path& path) const;
+    /// Fills a job's mips or blocks from its picture, which has the right size.
+    static void finishPicture(Load& job);
+    void uploadPixels(const Load& job, rend::TextureHandle texture);
+    void uploadBlocks(const Load& job, rend::TextureHandle texture);
     void takeOver(Load& job);
     [[nodiscard]] static DefaultTexture kindOf(std::string_view sPath, TextureResourceLayout eLayout);
 
@@ -116,6 +129,7 @@ private:
     bool m_bBackground;
     PathUpgrades m_upgrades;
     BufferPool m_bufferPool;
+    TextureCache m_textureCache;
     std::array<Default, 4> m_arrDefaults;
 
     std::mutex m_textureLock;

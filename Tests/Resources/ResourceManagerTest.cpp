@@ -1,5 +1,7 @@
 #include "KestrelCommon/Resources/ResourceManager.h"
+#include "KestrelCommon/Core/Hash.h"
 #include "KestrelCommon/Device/RecordingDevice.h"
+#include "KestrelCommon/Io/SafeFile.h"
 #include "KestrelCommon/Resources/ShaderSource.h"
 #include "Tests/Support/LogCapture.h"
 #include "Tests/Support/TempFolder.h"
@@ -113,6 +115,96 @@ TEST_F(ResourceRulesTest, onlyColoursAreTakenForSrgbAndTheirMipsAverageLight)
 }
 
 INSTANTIATE_TEST_SUITE_P(Loading, ResourceManagerTest, testing::Bool());
+
+TEST_F(ResourceRulesTest, picturesAreCompressedOnlyForAGpuThatReadsThem)
+{
+    ASSERT_TRUE(writePicture(file("$GAME_DATA/a.png"), 8, 8, plain(8, 8, 200).vecPixels));
+    const std::vector<std::string> vecPaths = {"$GAME_DATA/a.png", "$GAME_DATA/gone_nor.png"};
+    const auto layoutOf = [&](TextureResourceLayout eLayout)
+    {
+        m_device.clearCalls();
+        const auto pManager = make();
+        return m_device.texture(pManager->loadTextureArray(vecPaths, 8, 8, eLayout, 0, 0))->desc.eLayout;
+    };
+    EXPECT_EQ(layoutOf(s_eBc3), s_eRgba8) << "a GPU without the formats";
+    m_device.m_bCompressed = true;
+    EXPECT_EQ(layoutOf(s_eRgba8), s_eRgba8);
+    EXPECT_EQ(layoutOf(s_eBc3), s_eBc3);
+    EXPECT_EQ(m_device.count(rend::RecordingDevice::CallKind::UpdateTexture), 2u * 4) << "layers by mips";
+    m_device.m_bSoftware = true;
+    EXPECT_EQ(layoutOf(TextureResourceLayout::Bc5), s_eRgba8) << "a CPU unpacks at every sample";
+    m_device.m_bSoftware = false;
+
+    m_log.clear();
+    const auto pManager = make();
+    const auto* pTexture =
+        m_device.texture(pManager->loadTextureArray(vecPaths, 8, 8, TextureResourceLayout::Bc5, 0, 0));
+    ASSERT_EQ(pTexture->vecBytes.size(), 2u * 64);
+    EXPECT_EQ(pTexture->desc.iMips, 4);
+    EXPECT_FALSE(pTexture->bMipsMade);
+    EXPECT_EQ(pTexture->vecBytes[8], std::byte{200});
+    EXPECT_EQ(pTexture->vecBytes[64], std::byte{128}) << "the flat normal map, compressed too";
+    EXPECT_EQ(m_log.count("gone_nor.png"), 1u) << m_log.dump();
+}
+
+TEST_F(ResourceRulesTest, compressedPicturesAreKeptAndDamagedOnesMadeAnew)
+{
+    m_device.m_bCompressed = true;
+    const auto source = file("$GAME_DATA/a.png");
+    ASSERT_TRUE(writePicture(source, 8, 8, plain(8, 8, 200).vecPixels));
+    const std::filesystem::path folder = m_folder.path() / "Cache/Textures";
+    const std::vector<std::string> vecPaths = {"$GAME_DATA/a.png"};
+    const auto firstByte = [&](int iMips = 1)
+    {
+        const auto pManager = make();
+        pManager->setTextureCache(folder);
+        return m_device.texture(pManager->loadTextureArray(vecPaths, 8, 8, s_eBc3, iMips, 0))->vecBytes[0];
+    };
+    const auto entries = [&] { return std::distance(std::filesystem::directory_iterator(folder), {}); };
+    EXPECT_EQ(firstByte(), std::byte{200});
+    ASSERT_EQ(entries(), 1);
+    const std::filesystem::path entry = std::filesystem::directory_iterator(folder)->path();
+
+    // An entry that is whole is used as it is: this one says 9 where the picture says 200.
+    const TextureCacheKey key = {.uSource = xxh3(std::span<const std::byte>(*readFile(source))),
+                                 .iWidth = 8,
+                                 .iHeight = 8,
+                                 .bColour = true};
+    const TextureCache cache(folder);
+    ASSERT_EQ(cache.filePath(key), entry);
+    const std::vector<std::byte> vecNines(64, std::byte{9});
+    cache.store(key, vecNines);
+    EXPECT_EQ(firstByte(), std::byte{9});
+
+    const auto uWhole = std::filesystem::file_size(entry);
+    for (const int iDamage : {0, 1, 2, 3})
+    {
+        cache.store(key, vecNines);
+        if (iDamage < 3)
+            std::filesystem::resize_file(entry, iDamage == 0 ? uWhole - 1 : iDamage == 1 ? 0 : uWhole + 1);
+        else
+        {
+            std::fstream bytes(entry, std::ios::in | std::ios::out | std::ios::binary);
+            bytes.seekp(-1, std::ios::end);
+            bytes.put(8);
+        }
+        EXPECT_EQ(firstByte(), std::byte{200}) << iDamage;
+        EXPECT_EQ(cache.find(key).value_or(vecNines)[0], std::byte{200}) << "rewritten";
+    }
+    EXPECT_EQ(entries(), 1) << "nothing is left beside";
+
+    EXPECT_EQ(firstByte(0), std::byte{200});
+    EXPECT_EQ(entries(), 2) << "another count of mips";
+    ASSERT_TRUE(writePicture(source, 8, 8, plain(8, 8, 100).vecPixels));
+    EXPECT_EQ(firstByte(), std::byte{100}) << "the picture changed";
+    EXPECT_EQ(entries(), 3);
+
+    // A folder that can't be made, here below a file, costs no more than the entries.
+    std::filesystem::remove_all(folder);
+    std::ofstream(folder) << "x";
+    EXPECT_EQ(firstByte(), std::byte{100});
+    EXPECT_EQ(m_log.errors(), 0u) << m_log.dump();
+}
 
 TEST_F(ResourceRulesTest, brokenRequestsYieldNullAndTheirOwnMessage)
 {
