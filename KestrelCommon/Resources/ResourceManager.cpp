@@ -14,8 +14,6 @@ namespace resource
 namespace
 {
 
-constexpr size_t s_uMaxArraySize = 512;
-
 struct DefaultSource
 {
     const char* pPath;
@@ -55,13 +53,14 @@ ResourceManager::ResourceManager(rend::GraphicsDeviceI& device, PathResolver fnR
                                  bool bBackground)
     : m_device(device),
       m_fnResolve(std::move(fnResolve)),
+      m_uThreadCount(std::max(uThreadCount, 1u)),
       m_bBackground(bBackground),
       m_upgrades(m_fnResolve),
       m_bufferPool(device)
 {
     for (size_t u = 0; u < s_arrDefaults.size(); ++u)
         m_arrDefaults[u].picture = plainPicture(s_arrDefaults[u].arrColour);
-    for (uint32_t u = 0; u < std::max(uThreadCount, 1u); ++u)
+    for (uint32_t u = 0; u < m_uThreadCount; ++u)
         m_vecWorkers.emplace_back([this] { runWorker(); });
 }
 
@@ -117,8 +116,13 @@ void ResourceManager::update()
     }
     for (Load& job : vecFinished)
         takeOver(job);
-    const std::scoped_lock lock(m_loadLock);
-    m_uLoading -= vecFinished.size();
+    {
+        const std::scoped_lock lock(m_loadLock);
+        m_uLoading -= vecFinished.size();
+    }
+    m_streaming.update(*this, m_uFrameStamp++, m_uThreadCount);
+    if (!m_bBackground)
+        finishLoading();
 }
 
 void ResourceManager::finishLoading()
@@ -148,81 +152,6 @@ rend::BufferHandle ResourceManager::createBuffer(std::span<const std::byte> span
                                                  rend::BufferKind eKind, bool bDynamic)
 {
     return m_device.createBuffer({std::string(sName), uSize, uStride, eKind, bDynamic}, spanInitial);
-}
-
-rend::TextureHandle ResourceManager::loadTextureArray(std::span<const std::string> spanPaths, int iWidth,
-                                                      int iHeight, TextureResourceLayout eLayout, int iMips,
-                                                      uint32_t uFlags)
-{
-    if (spanPaths.empty())
-    {
-        QM_LOG_WARNING("the call to load a texture array is empty, this is fine but will return nullptr - is "
-                       "this intended?");
-        return {};
-    }
-    const std::string& sFirst = spanPaths.front();
-    if (!checkTextureSize(sFirst, iWidth, iHeight, eLayout))
-        return {};
-    checkMipCount(sFirst, iMips, eLayout);
-    if (spanPaths.size() > s_uMaxArraySize)
-    {
-        QM_LOG_ERROR(sFirst, " array is to big at ", spanPaths.size(),
-                     ". 512 is the maximum array size possible.");
-        return {};
-    }
-
-    std::string sKey;
-    for (const std::string& sPath : spanPaths)
-        sKey += sPath + '\n';
-    for (const int64_t iNumber : {int64_t{iWidth}, int64_t{iHeight}, int64_t{static_cast<uint32_t>(eLayout)},
-                                  int64_t{iMips}, int64_t{uFlags}})
-        sKey += UTILS::concat(iNumber, "\n");
-    const uint64_t uHash = xxh3(std::string_view(sKey));
-
-    const int iFullMips = rend::fullMipCount(iWidth, iHeight);
-    const bool bCompressed = canEncode(eLayout) && !m_device.isSoftware() && m_device.hasCompressedTextures();
-    size_t uIndex = 0;
-    int iColourMips = 0;
-    int iBlockMips = 0;
-    rend::TextureHandle texture;
-    {
-        const std::scoped_lock lock(m_textureLock);
-        if (const auto it = m_mapFileTextureResources.find(uHash); it != m_mapFileTextureResources.end())
-            return m_vecFileTextures[it->second].texture;
-        const int iUsedMips = iMips == 0 ? iFullMips : std::min(iMips, iFullMips);
-        iColourMips = kindOf(sFirst, eLayout) == DefaultTexture::Diffuse ? iUsedMips : 0;
-        iBlockMips = bCompressed ? iUsedMips : 0;
-        texture = m_device.createTexture({.sName = sFirst,
-                                          .iWidth = iWidth,
-                                          .iHeight = iHeight,
-                                          .iLayers = static_cast<int>(spanPaths.size()),
-                                          .iMips = iUsedMips,
-                                          .eLayout = bCompressed ? eLayout : TextureResourceLayout::Rgba8,
-                                          .bSrgb = iColourMips > 0 && !m_device.isSoftware()});
-        if (!texture)
-            return {};
-        uIndex = m_vecFileTextures.size();
-        m_vecFileTextures.push_back({uHash, texture, iUsedMips, bCompressed, spanPaths.size()});
-        m_mapFileTextureResources.emplace(uHash, uIndex);
-        QM_ASSERT(m_mapFileTextureResources.size() == m_vecFileTextures.size());
-    }
-    {
-        const std::scoped_lock lock(m_loadLock);
-        for (size_t u = 0; u < spanPaths.size(); ++u)
-            m_queueLoads.push_back({.uTexture = uIndex,
-                                    .iLayer = static_cast<int>(u),
-                                    .iWidth = iWidth,
-                                    .iHeight = iHeight,
-                                    .sPath = spanPaths[u],
-                                    .eLayout = eLayout,
-                                    .iColourMips = iColourMips,
-                                    .iBlockMips = iBlockMips});
-        m_uLoading += spanPaths.size();
-    }
-    m_wakeWorkers.notify_all();
-    if (!m_bBackground)
-        finishLoading();
-    return texture;
 }
 
 void ResourceManager::runWorker()
@@ -310,12 +239,15 @@ void ResourceManager::takeOver(Load& job)
     }
     const std::scoped_lock lock(m_textureLock);
     FileTexture& entry = m_vecFileTextures[job.uTexture];
-    if (entry.bCompressed)
+    if (job.iBlockMips > 0)
         uploadBlocks(job, entry.texture);
     else
         uploadPixels(job, entry.texture);
-    if (--entry.uWaiting == 0 && entry.iMips > 1 && job.iColourMips == 0 && !entry.bCompressed)
+    if (--entry.uWaiting > 0)
+        return;
+    if (entry.desc.iMips > 1 && job.iColourMips == 0 && job.iBlockMips == 0)
         m_device.generateMips(entry.texture);
+    m_streaming.finished(job.uTexture);
 }
 
 void ResourceManager::uploadPixels(const Load& job, rend::TextureHandle texture)

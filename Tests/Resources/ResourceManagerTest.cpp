@@ -206,6 +206,70 @@ TEST_F(ResourceRulesTest, compressedPicturesAreKeptAndDamagedOnesMadeAnew)
     EXPECT_EQ(m_log.errors(), 0u) << m_log.dump();
 }
 
+TEST_P(ResourceManagerTest, streamedTexturesComeByUseAndGoWhenRoomIsWanted)
+{
+    ASSERT_TRUE(writePicture(file("$GAME_DATA/a.png"), 8, 8, plain(8, 8, 200).vecPixels));
+    ASSERT_TRUE(writePicture(file("$GAME_DATA/b.png"), 8, 8, plain(8, 8, 100).vecPixels));
+    m_device.m_bCompressed = true;
+    const auto pManager = make();
+    pManager->setStreamBudgets({.uStreaming = 64}); // one of 8 x 8 with a mip
+    const auto request = [&](const char* pPath)
+    {
+        const std::vector<std::string> vecPath{pPath};
+        return pManager->requestStreamedArray(vecPath, 8, 8, s_eBc3, 1, 0).value_or(99);
+    };
+    const size_t uA = request("$GAME_DATA/a.png");
+    const size_t uB = request("$GAME_DATA/b.png");
+    EXPECT_EQ(request("$GAME_DATA/a.png"), uA);
+    EXPECT_EQ(pManager->useStreamedTexture(99), rend::TextureHandle{});
+    EXPECT_EQ(m_device.textureCount(), 0u);
+    const auto frames = [&](int iCount, size_t uUsed)
+    {
+        for (int i = 0; i < iCount; ++i)
+        {
+            static_cast<void>(pManager->useStreamedTexture(uUsed));
+            pManager->update();
+            pManager->finishLoading();
+        }
+        return pManager->useStreamedTexture(uUsed);
+    };
+    EXPECT_FALSE(pManager->useStreamedTexture(uA));
+    const auto* pTexture = m_device.texture(frames(1, uA));
+    ASSERT_TRUE(pTexture);
+    EXPECT_EQ(pTexture->vecBytes[0], std::byte{200});
+
+    EXPECT_FALSE(frames(25, uB)) << "neither fits while the other may still be wanted";
+    EXPECT_FALSE(m_log.has("UNLOADED"));
+    pTexture = m_device.texture(frames(10, uB));
+    ASSERT_TRUE(pTexture);
+    EXPECT_EQ(pTexture->vecBytes[0], std::byte{100});
+    EXPECT_TRUE(m_log.has("Stream UNLOADED: $GAME_DATA/a.png - 0mb"));
+    EXPECT_EQ(m_device.textureCount(), 1u);
+
+    // With room again both are there, by force at once.
+    pManager->setStreamBudgets({});
+    static_cast<void>(pManager->useStreamedTexture(uA));
+    pManager->finishStreaming();
+    EXPECT_TRUE(m_log.has("Performing force stream completion"));
+    EXPECT_TRUE(pManager->useStreamedTexture(uA));
+    EXPECT_EQ(m_device.textureCount(), 2u);
+}
+
+TEST_F(ResourceRulesTest, shortMemoryHalvesTexturesOrRefusesThem)
+{
+    const std::vector<std::string> vecPath{"$GAME_DATA/a.png"};
+    const auto pManager = make();
+    pManager->setStreamBudgets({.uAll = 8 * 8 * 4});
+    const rend::TextureHandle texture = pManager->loadTextureArray(vecPath, 16, 8, s_eRgba8, 1, 0);
+    ASSERT_TRUE(texture);
+    EXPECT_EQ(m_device.texture(texture)->desc.iWidth, 8);
+    EXPECT_EQ(m_device.texture(texture)->desc.iHeight, 4);
+    EXPECT_TRUE(m_log.has("Loaded NON streaming texture as low quality: '$GAME_DATA/a.png' we are short"));
+    EXPECT_FALSE(pManager->loadTextureArray(vecPath, 16, 16, s_eRgba8, 1, 0));
+    EXPECT_TRUE(m_log.has("Failed to load NON streaming texture: '$GAME_DATA/a.png' out of gpu memory"));
+    EXPECT_EQ(m_device.textureCount(), 1u);
+}
+
 TEST_F(ResourceRulesTest, brokenRequestsYieldNullAndTheirOwnMessage)
 {
     const auto pManager = make();
@@ -253,11 +317,22 @@ TEST_F(ResourceRulesTest, borrowedBuffersAreReusedByFitAndForgottenAfterFiveFram
     EXPECT_NE(constants.buffer, large.buffer);
     EXPECT_EQ(m_device.buffer(constants.buffer)->desc.sName.find("Borrowable CBuffer"), 0u);
 
-    for (int i = 0; i < 4; ++i)
-        pool.update();
+    const BorrowedBuffer tenth = pool.borrow(96, 20, s_eVertex);
+    EXPECT_NE(tenth.buffer, large.buffer) << "exactly ten times";
+    const auto age = [&](int iFrames)
+    {
+        for (int i = 0; i < iFrames; ++i)
+            pool.update();
+    };
+    age(4);
+    EXPECT_EQ(pool.borrow(97, 20, s_eVertex).buffer, large.buffer) << "four frames old, and just below ten";
+    age(9); // while lent it doesn't age
+    pool.giveBack(large);
+    age(4);
     EXPECT_TRUE(m_device.buffer(large.buffer));
-    pool.update();
+    age(1);
     EXPECT_FALSE(m_device.buffer(large.buffer));
+    EXPECT_NE(pool.borrow(900, 20, s_eVertex).buffer, large.buffer);
     EXPECT_TRUE(m_device.buffer(tiny.buffer)) << "still lent";
     EXPECT_EQ(pool.freeCount(), 0u);
 }
@@ -283,9 +358,16 @@ TEST_F(ResourceRulesTest, movedPathsAreFollowedButNotForever)
     EXPECT_EQ(pManager->upgradePath(""), "");
     EXPECT_EQ(pManager->upgradePath("$GAME_DATA/2"), "$GAME_DATA/10");
     EXPECT_FALSE(m_log.has("internaly"));
+    EXPECT_EQ(pManager->upgradePath("$GAME_DATA/1"), "$GAME_DATA/10");
+    EXPECT_EQ(m_log.count("internaly"), 1u) << "nine steps are one too many, whatever comes then";
     EXPECT_EQ(pManager->upgradePath("$GAME_DATA/0"), "$GAME_DATA/9");
     EXPECT_TRUE(m_log.has(
         "Failed to internaly upgrade the path: \"$GAME_DATA/9\" has reached the max upgrade depth of: 8"));
+
+    write("$GAME_DATA/b", "came back"); // after the table was read
+    EXPECT_EQ(pManager->upgradePath("$GAME_DATA/a"), "$GAME_DATA/b");
+    write("$GAME_DATA/a", "likewise");
+    EXPECT_EQ(pManager->upgradePath("$GAME_DATA/a"), "$GAME_DATA/a");
 }
 
 TEST_F(ResourceRulesTest, picturesKeepRowsAndChannelsAndFailWhole)
