@@ -12,14 +12,14 @@ namespace bench
 struct Comparison
 {
     std::string sName;
-    double fLimit = 0.0;           ///< product / floor at most; 0: none
-    std::function<void()> fnFloor; ///< may be empty, for a limit in milliseconds alone
-    std::function<void()> fnProduct;
-    std::function<bool()> fnEqual;         ///< whether both gave the same; asked once, at the end
-    std::function<void()> fnBeforeFloor;   ///< untimed
-    std::function<void()> fnBeforeProduct; ///< untimed
-    int iRepeat = 1;                       ///< runs in one measurement, for short work
-    double fMaxMs = 0.0;                   ///< the product's own limit in milliseconds; 0: none
+    double fLimit = 0.0;             ///< product / floor at most; 0: none
+    std::function<void()> fnFloor{}; ///< may be empty, for a limit in milliseconds alone
+    std::function<void()> fnProduct{};
+    std::function<bool()> fnEqual{};         ///< whether both gave the same; asked once, at the end
+    std::function<void()> fnBeforeFloor{};   ///< untimed
+    std::function<void()> fnBeforeProduct{}; ///< untimed
+    int iRepeat = 1;                         ///< runs in one measurement, for short work
+    double fMaxMs = 0.0;                     ///< the product's own limit in milliseconds; 0: none
 };
 
 /// Runs a comparison and prints milliseconds, ratio and limits. False: not equal, or a limit passed.

@@ -138,6 +138,7 @@ void TileEditorStandalone::setUpResources(bool bBackgroundLoading)
     m_pResourceManager = std::make_unique<resource::ResourceManager>(
         *m_pDevice, [this](std::string_view sPath) { return m_pDirectoryManager->resolvePath(sPath); },
         m_pTaskManager->threadCount(), bBackgroundLoading);
+    m_pResourceManager->setTextureCache(m_pDirectoryManager->resolvePath("$CACHE_DATA/Textures"));
     m_pResourceManager->init();
     m_pRenderer = std::make_unique<rend::Renderer>(*m_pDevice, *m_pResourceManager);
     m_pRenderer->init();

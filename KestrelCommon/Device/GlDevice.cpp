@@ -65,6 +65,10 @@ GlDevice::GlDevice(GlContextI& context, const GlDeviceSettings& settings)
 
     GLint iBlocks = 0;
     glGetIntegerv(GL_MAX_VERTEX_SHADER_STORAGE_BLOCKS, &iBlocks);
+    // Bc4 and Bc5 are part of OpenGL 3.0.
+    m_bCompressedTextures = epoxy_has_gl_extension("GL_EXT_texture_compression_s3tc") &&
+                            (epoxy_has_gl_extension("GL_EXT_texture_sRGB") ||
+                             epoxy_has_gl_extension("GL_EXT_texture_compression_s3tc_srgb"));
     m_bStorageBuffers = iBlocks > 0;
 
     if (settings.bDebugOutput)

@@ -56,6 +56,7 @@ public:
     GlDevice& operator=(const GlDevice&) = delete;
 
     [[nodiscard]] bool isSoftware() const override { return m_bSoftware; }
+    [[nodiscard]] bool hasCompressedTextures() const override { return m_bCompressedTextures; }
     [[nodiscard]] bool hasStorageBuffers() const override { return m_bStorageBuffers; }
 
     BufferHandle createBuffer(const BufferDesc& desc, std::span<const std::byte> spanInitial) override;
@@ -122,6 +123,7 @@ private:
     GlProgramCache m_programCache;
     std::string m_sDriver; ///< vendor, renderer and version: a part of program keys
     bool m_bSoftware = false;
+    bool m_bCompressedTextures = false;
     bool m_bAnisotropy = false; ///< not where a CPU draws, forced path or not
     bool m_bClipControl = false;
     bool m_bStorageBuffers = false;

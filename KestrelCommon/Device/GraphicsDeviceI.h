@@ -27,6 +27,9 @@ public:
     /// True when a CPU does the drawing, so that costly passes are worth leaving out.
     [[nodiscard]] virtual bool isSoftware() const = 0;
 
+    /// True when textures may have the layouts Bc1 to Bc5, with bSrgb too.
+    [[nodiscard]] virtual bool hasCompressedTextures() const { return false; }
+
     /// True when vertex shaders can read whole buffers, see setStorageBuffer().
     [[nodiscard]] virtual bool hasStorageBuffers() const { return false; }
 

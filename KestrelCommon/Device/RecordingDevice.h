@@ -77,10 +77,13 @@ public:
     [[nodiscard]] size_t targetCount() const { return m_mapTargets.size(); }
     /// What isSoftware() answers.
     bool m_bSoftware = false;
+    /// What hasCompressedTextures() answers.
+    bool m_bCompressed = false;
 
     // The device
 
     [[nodiscard]] bool isSoftware() const override { return m_bSoftware; }
+    [[nodiscard]] bool hasCompressedTextures() const override { return m_bCompressed; }
     BufferHandle createBuffer(const BufferDesc& desc, std::span<const std::byte> spanInitial) override;
     bool updateBuffer(BufferHandle buffer, size_t uOffset, std::span<const std::byte> spanData) override;
     void destroyBuffer(BufferHandle buffer) override { m_mapBuffers.erase(buffer.uId); }

@@ -4,6 +4,8 @@
 
 #include <FreeImage.h>
 
+#include <limits>
+
 namespace resource
 {
 
@@ -17,6 +19,12 @@ struct BitmapDeleter
     void operator()(FIBITMAP* pBitmap) const { FreeImage_Unload(pBitmap); }
 };
 using Bitmap = std::unique_ptr<FIBITMAP, BitmapDeleter>;
+
+struct MemoryDeleter
+{
+    void operator()(FIMEMORY* pMemory) const { FreeImage_CloseMemory(pMemory); }
+};
+using Memory = std::unique_ptr<FIMEMORY, MemoryDeleter>;
 
 /// The library keeps rows from the bottom and, on this byte order, pixels as B, G, R, A.
 void copyRow(const BYTE* pFrom, std::byte* pTo, size_t uPixels)
@@ -62,20 +70,8 @@ std::vector<Tap> taps(int iFrom, int iTo)
     return vecTaps;
 }
 
-} // namespace
-
-std::optional<Picture> loadPicture(const std::filesystem::path& path)
+std::optional<Picture> toPicture(Bitmap pBitmap)
 {
-    const std::string sPath = path.string();
-    std::error_code error;
-    if (!std::filesystem::is_regular_file(path, error))
-        return std::nullopt;
-    FREE_IMAGE_FORMAT eFormat = FreeImage_GetFileType(sPath.c_str());
-    if (eFormat == FIF_UNKNOWN)
-        eFormat = FreeImage_GetFIFFromFilename(sPath.c_str()); // TGA has no magic number
-    if (eFormat == FIF_UNKNOWN || !FreeImage_FIFSupportsReading(eFormat))
-        return std::nullopt;
-    Bitmap pBitmap(FreeImage_Load(eFormat, sPath.c_str()));
     if (!pBitmap || !FreeImage_HasPixels(pBitmap.get()))
         return std::nullopt;
     if (FreeImage_GetBPP(pBitmap.get()) != 32)
@@ -93,6 +89,40 @@ std::optional<Picture> loadPicture(const std::filesystem::path& path)
         copyRow(FreeImage_GetScanLine(pBitmap.get(), static_cast<int>(uHeight - 1 - uRow)),
                 picture.vecPixels.data() + size_t{uRow} * uWidth * 4, uWidth);
     return picture;
+}
+
+} // namespace
+
+std::optional<Picture> loadPicture(const std::filesystem::path& path)
+{
+    const std::string sPath = path.string();
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(path, error))
+        return std::nullopt;
+    FREE_IMAGE_FORMAT eFormat = FreeImage_GetFileType(sPath.c_str());
+    if (eFormat == FIF_UNKNOWN)
+        eFormat = FreeImage_GetFIFFromFilename(sPath.c_str()); // TGA has no magic number
+    if (eFormat == FIF_UNKNOWN || !FreeImage_FIFSupportsReading(eFormat))
+        return std::nullopt;
+    return toPicture(Bitmap(FreeImage_Load(eFormat, sPath.c_str())));
+}
+
+std::optional<Picture> readPicture(std::span<const std::byte> spanFile, const std::filesystem::path& name)
+{
+    if (spanFile.empty() || spanFile.size() > std::numeric_limits<DWORD>::max())
+        return std::nullopt;
+    // The library only reads from a memory that it is given, though it asks for a writable one.
+    const Memory pMemory(
+        FreeImage_OpenMemory(reinterpret_cast<BYTE*>(const_cast<std::byte*>(spanFile.data())),
+                             static_cast<DWORD>(spanFile.size())));
+    if (!pMemory)
+        return std::nullopt;
+    FREE_IMAGE_FORMAT eFormat = FreeImage_GetFileTypeFromMemory(pMemory.get());
+    if (eFormat == FIF_UNKNOWN)
+        eFormat = FreeImage_GetFIFFromFilename(name.string().c_str());
+    if (eFormat == FIF_UNKNOWN || !FreeImage_FIFSupportsReading(eFormat))
+        return std::nullopt;
+    return toPicture(Bitmap(FreeImage_LoadFromMemory(eFormat, pMemory.get())));
 }
 
 Picture scalePicture(const Picture& picture, int iWidth, int iHeight)
@@ -202,6 +232,27 @@ Picture halveColours(const Picture& picture)
             fSum =
                 255.0f * (fSum <= 0.0031308f ? fSum * 12.92f : 1.055f * std::pow(fSum, 1.0f / 2.4f) - 0.055f);
         result.vecPixels[uByte] = static_cast<std::byte>(std::clamp(fSum + 0.5f, 0.0f, 255.0f));
+    }
+    return result;
+}
+
+Picture halveValues(const Picture& picture)
+{
+    if (picture.iWidth < 1 || picture.iHeight < 1)
+        return {};
+    Picture result{std::max(picture.iWidth / 2, 1), std::max(picture.iHeight / 2, 1), {}};
+    const auto uWide = static_cast<size_t>(result.iWidth);
+    const auto uFromWide = static_cast<size_t>(picture.iWidth);
+    const size_t uRight = picture.iWidth > 1 ? 4 : 0;
+    const size_t uDown = picture.iHeight > 1 ? uFromWide * 4 : 0;
+    result.vecPixels.resize(uWide * static_cast<size_t>(result.iHeight) * 4);
+    for (size_t uByte = 0; uByte < result.vecPixels.size(); ++uByte)
+    {
+        const std::byte* pFrom = picture.vecPixels.data() +
+                                 (uByte / 4 / uWide * 2 * uFromWide + uByte / 4 % uWide * 2) * 4 + uByte % 4;
+        const size_t uSum = static_cast<size_t>(pFrom[0]) + static_cast<size_t>(pFrom[uRight]) +
+                            static_cast<size_t>(pFrom[uDown]) + static_cast<size_t>(pFrom[uRight + uDown]);
+        result.vecPixels[uByte] = static_cast<std::byte>((uSum + 2) / 4);
     }
     return result;
 }

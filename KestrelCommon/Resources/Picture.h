@@ -22,6 +22,10 @@ struct Picture
 /// file is missing, broken or above 16384 pixels on a side. Any thread.
 [[nodiscard]] std::optional<Picture> loadPicture(const std::filesystem::path& path);
 
+/// The same for a file's bytes; the name only helps with formats that don't show by their content.
+[[nodiscard]] std::optional<Picture> readPicture(std::span<const std::byte> spanFile,
+                                                 const std::filesystem::path& name);
+
 /// Bilinear when growing, area average when shrinking. An empty picture or size yields an empty one.
 [[nodiscard]] Picture scalePicture(const Picture& picture, int iWidth, int iHeight);
 
@@ -31,6 +35,9 @@ struct Picture
 /// The picture of half the size, at least 1 pixel a side; odd last rows and columns are left out. RGB
 /// are taken for sRGB and averaged as light, alpha as it stands.
 [[nodiscard]] Picture halveColours(const Picture& picture);
+
+/// The same for plain values: all four channels are averaged as they stand.
+[[nodiscard]] Picture halveValues(const Picture& picture);
 
 /// As PNG or, for ".jpg", JPG without alpha; written beside and renamed, so that the old file or the
 /// new one stands at any moment. False: nothing changed, no temporary file is left. Logs nothing.

@@ -4,6 +4,8 @@
 #include "KestrelCommon/Core/Console.h"
 #include "KestrelCommon/Core/Hash.h"
 #include "KestrelCommon/Device/DeviceChecks.h"
+#include "KestrelCommon/Io/SafeFile.h"
+#include "KestrelCommon/Resources/BlockEncoder.h"
 #include "KestrelCommon/Resources/TextureRules.h"
 
 namespace resource
@@ -11,8 +13,6 @@ namespace resource
 
 namespace
 {
-
-constexpr size_t s_uMaxArraySize = 512;
 
 struct DefaultSource
 {
@@ -53,13 +53,14 @@ ResourceManager::ResourceManager(rend::GraphicsDeviceI& device, PathResolver fnR
                                  bool bBackground)
     : m_device(device),
       m_fnResolve(std::move(fnResolve)),
+      m_uThreadCount(std::max(uThreadCount, 1u)),
       m_bBackground(bBackground),
       m_upgrades(m_fnResolve),
       m_bufferPool(device)
 {
     for (size_t u = 0; u < s_arrDefaults.size(); ++u)
         m_arrDefaults[u].picture = plainPicture(s_arrDefaults[u].arrColour);
-    for (uint32_t u = 0; u < std::max(uThreadCount, 1u); ++u)
+    for (uint32_t u = 0; u < m_uThreadCount; ++u)
         m_vecWorkers.emplace_back([this] { runWorker(); });
 }
 
@@ -115,8 +116,13 @@ void ResourceManager::update()
     }
     for (Load& job : vecFinished)
         takeOver(job);
-    const std::scoped_lock lock(m_loadLock);
-    m_uLoading -= vecFinished.size();
+    {
+        const std::scoped_lock lock(m_loadLock);
+        m_uLoading -= vecFinished.size();
+    }
+    m_streaming.update(*this, m_uFrameStamp++, m_uThreadCount);
+    if (!m_bBackground)
+        finishLoading();
 }
 
 void ResourceManager::finishLoading()
@@ -148,71 +154,6 @@ rend::BufferHandle ResourceManager::createBuffer(std::span<const std::byte> span
     return m_device.createBuffer({std::string(sName), uSize, uStride, eKind, bDynamic}, spanInitial);
 }
 
-rend::TextureHandle ResourceManager::loadTextureArray(std::span<const std::string> spanPaths, int iWidth,
-                                                      int iHeight, TextureResourceLayout eLayout, int iMips,
-                                                      uint32_t uFlags)
-{
-    if (spanPaths.empty())
-    {
-        QM_LOG_WARNING("the call to load a texture array is empty, this is fine but will return nullptr - is "
-                       "this intended?");
-        return {};
-    }
-    const std::string& sFirst = spanPaths.front();
-    if (!checkTextureSize(sFirst, iWidth, iHeight, eLayout))
-        return {};
-    checkMipCount(sFirst, iMips, eLayout);
-    if (spanPaths.size() > s_uMaxArraySize)
-    {
-        QM_LOG_ERROR(sFirst, " array is to big at ", spanPaths.size(),
-                     ". 512 is the maximum array size possible.");
-        return {};
-    }
-
-    std::string sKey;
-    for (const std::string& sPath : spanPaths)
-        sKey += sPath + '\n';
-    for (const int64_t iNumber : {int64_t{iWidth}, int64_t{iHeight}, int64_t{static_cast<uint32_t>(eLayout)},
-                                  int64_t{iMips}, int64_t{uFlags}})
-        sKey += UTILS::concat(iNumber, "\n");
-    const uint64_t uHash = xxh3(std::string_view(sKey));
-
-    const int iFullMips = rend::fullMipCount(iWidth, iHeight);
-    size_t uIndex = 0;
-    int iColourMips = 0;
-    rend::TextureHandle texture;
-    {
-        const std::scoped_lock lock(m_textureLock);
-        if (const auto it = m_mapFileTextureResources.find(uHash); it != m_mapFileTextureResources.end())
-            return m_vecFileTextures[it->second].texture;
-        const int iUsedMips = iMips == 0 ? iFullMips : std::min(iMips, iFullMips);
-        iColourMips = kindOf(sFirst, eLayout) == DefaultTexture::Diffuse ? iUsedMips : 0;
-        texture = m_device.createTexture({.sName = sFirst,
-                                          .iWidth = iWidth,
-                                          .iHeight = iHeight,
-                                          .iLayers = static_cast<int>(spanPaths.size()),
-                                          .iMips = iUsedMips,
-                                          .bSrgb = iColourMips > 0 && !m_device.isSoftware()});
-        if (!texture)
-            return {};
-        uIndex = m_vecFileTextures.size();
-        m_vecFileTextures.push_back({uHash, texture, iUsedMips, spanPaths.size()});
-        m_mapFileTextureResources.emplace(uHash, uIndex);
-        QM_ASSERT(m_mapFileTextureResources.size() == m_vecFileTextures.size());
-    }
-    {
-        const std::scoped_lock lock(m_loadLock);
-        for (size_t u = 0; u < spanPaths.size(); ++u)
-            m_queueLoads.push_back(
-                {uIndex, static_cast<int>(u), iWidth, iHeight, spanPaths[u], eLayout, iColourMips, {}, {}});
-        m_uLoading += spanPaths.size();
-    }
-    m_wakeWorkers.notify_all();
-    if (!m_bBackground)
-        finishLoading();
-    return texture;
-}
-
 void ResourceManager::runWorker()
 {
     std::unique_lock lock(m_loadLock);
@@ -233,9 +174,48 @@ void ResourceManager::runWorker()
 
 void ResourceManager::load(Load& job) const
 {
-    if (const auto picture = loadPicture(m_fnResolve(m_upgrades.upgrade(job.sPath))))
+    const std::filesystem::path path = m_fnResolve(m_upgrades.upgrade(job.sPath));
+    if (job.iBlockMips > 0)
+    {
+        loadBlocks(job, path);
+        return;
+    }
+    if (const auto picture = loadPicture(path))
         job.picture = scalePicture(*picture, job.iWidth, job.iHeight);
-    appendColourMips(job.picture, job.iColourMips, job.vecMips);
+    finishPicture(job);
+}
+
+void ResourceManager::loadBlocks(Load& job, const std::filesystem::path& path) const
+{
+    const auto file = readFile(path);
+    if (!file)
+        return;
+    const TextureCacheKey key = {.uSource = xxh3(std::span<const std::byte>(*file)),
+                                 .iWidth = job.iWidth,
+                                 .iHeight = job.iHeight,
+                                 .eLayout = job.eLayout,
+                                 .iMips = job.iBlockMips,
+                                 .bColour = job.iColourMips > 0};
+    if (auto vecKept = m_textureCache.find(key))
+    {
+        job.vecBlocks = std::move(*vecKept);
+        return;
+    }
+    const auto picture = readPicture(*file, path);
+    if (!picture)
+        return;
+    job.picture = scalePicture(*picture, job.iWidth, job.iHeight);
+    finishPicture(job);
+    m_textureCache.store(key, job.vecBlocks);
+}
+
+void ResourceManager::finishPicture(Load& job)
+{
+    job.vecMips.clear();
+    if (job.iBlockMips > 0)
+        job.vecBlocks = encodeBlockChain(job.picture, job.eLayout, job.iBlockMips, job.iColourMips > 0);
+    else
+        appendColourMips(job.picture, job.iColourMips, job.vecMips);
 }
 
 /// By the ending of the file's name; else two-channel layouts hold normals, and the rest is colour.
@@ -250,23 +230,47 @@ DefaultTexture ResourceManager::kindOf(std::string_view sPath, TextureResourceLa
 
 void ResourceManager::takeOver(Load& job)
 {
-    if (job.picture.vecPixels.empty())
+    if (job.picture.vecPixels.empty() && job.vecBlocks.empty())
     {
         QM_LOG_ERROR("Failed to load texture: \"", job.sPath, "\"");
         const auto eKind = static_cast<size_t>(kindOf(job.sPath, job.eLayout));
         job.picture = scalePicture(m_arrDefaults[eKind].picture, job.iWidth, job.iHeight);
-        job.vecMips.clear();
-        appendColourMips(job.picture, job.iColourMips, job.vecMips);
+        finishPicture(job);
     }
     const std::scoped_lock lock(m_textureLock);
     FileTexture& entry = m_vecFileTextures[job.uTexture];
-    m_device.updateTexture(entry.texture, {0, 0, job.iWidth, job.iHeight, job.iLayer, 0},
+    if (job.iBlockMips > 0)
+        uploadBlocks(job, entry.texture);
+    else
+        uploadPixels(job, entry.texture);
+    if (--entry.uWaiting > 0)
+        return;
+    if (entry.desc.iMips > 1 && job.iColourMips == 0 && job.iBlockMips == 0)
+        m_device.generateMips(entry.texture);
+    m_streaming.finished(job.uTexture);
+}
+
+void ResourceManager::uploadPixels(const Load& job, rend::TextureHandle texture)
+{
+    m_device.updateTexture(texture, {0, 0, job.iWidth, job.iHeight, job.iLayer, 0},
                            static_cast<size_t>(job.iWidth) * 4, bytesOf(job.picture));
     for (int iMip = 1; const Picture& mip : job.vecMips)
-        m_device.updateTexture(entry.texture, {0, 0, mip.iWidth, mip.iHeight, job.iLayer, iMip++},
+        m_device.updateTexture(texture, {0, 0, mip.iWidth, mip.iHeight, job.iLayer, iMip++},
                                static_cast<size_t>(mip.iWidth) * 4, bytesOf(mip));
-    if (--entry.uWaiting == 0 && entry.iMips > 1 && job.iColourMips == 0)
-        m_device.generateMips(entry.texture);
+}
+
+void ResourceManager::uploadBlocks(const Load& job, rend::TextureHandle texture)
+{
+    std::span<const std::byte> spanLeft = job.vecBlocks;
+    for (int iMip = 0; iMip < job.iBlockMips; ++iMip)
+    {
+        const int iWidth = rend::mipSide(job.iWidth, iMip);
+        const int iHeight = rend::mipSide(job.iHeight, iMip);
+        const size_t uBytes = blockBytes(iWidth, iHeight);
+        m_device.updateTexture(texture, {0, 0, iWidth, iHeight, job.iLayer, iMip}, blockBytes(iWidth, 1),
+                               spanLeft.first(uBytes));
+        spanLeft = spanLeft.subspan(uBytes);
+    }
 }
 
 } // namespace resource

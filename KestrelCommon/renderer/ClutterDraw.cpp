@@ -12,6 +12,7 @@ namespace
 
 constexpr uint32_t s_uDrawSlot = 2;
 constexpr uint32_t s_uTypeSlot = 6;
+constexpr uint32_t s_uShadeSlot = 5; ///< texture
 
 constexpr int s_iTextureSide = 256;
 constexpr int s_iImpostorSide = 32;
@@ -20,6 +21,8 @@ constexpr int s_iImpostorSide = 32;
 constexpr float s_fLeastBudget = 1500.0f;
 constexpr float s_fMostBudget = 60000.0f;
 constexpr float s_fFirstBudget = 9000.0f;
+constexpr float s_fRestBudget = 26000.0f;
+constexpr float s_fFullRange = 12.0f; ///< metres
 constexpr double s_fSlowFrame = 0.046;
 constexpr double s_fQuickFrame = 0.036;
 constexpr double s_fHitch = 0.3; ///< a frame that long says nothing about drawing
@@ -28,7 +31,8 @@ constexpr double s_fHitch = 0.3; ///< a frame that long says nothing about drawi
 struct DrawData
 {
     float fTime; ///< seconds
-    float arrUnused[3];
+    float fHasShade;
+    std::array<float, 2> arrUnused;
     std::array<uint32_t, 8> arrHasImpostor; ///< a bit a type
 };
 
@@ -135,39 +139,45 @@ bool ClutterDraw::load(const tile::ClutterDatabase& database)
     return bPipelines;
 }
 
-ClutterDensity ClutterDraw::density(bool bWindow)
+/// On a CPU the budget sinks at once when frames get slow, and rises slowly while it leaves plants out. A
+/// picture at rest may take longer.
+ClutterDensity ClutterDraw::density(const ClutterView& view)
 {
-    if (!m_device.isSoftware())
+    if (!m_device.isSoftware() || !view.bWindow)
         return {};
-    if (bWindow)
+    if (view.bRest)
+        return {s_fRestBudget, s_fRestBudget, s_fFullRange};
+    const double fNow = FrameClock::seconds();
+    const double fTook = fNow - std::exchange(m_fLastFrame, fNow);
+    const uint64_t uTicks = FrameClock::ticks() - std::exchange(m_uLastTick, FrameClock::ticks());
+    if (uTicks == 1 && fTook < s_fHitch) // frames without a draw in between tell nothing
     {
-        const double fNow = FrameClock::seconds();
-        const double fTook = fNow - std::exchange(m_fLastFrame, fNow);
-        if (fTook < s_fHitch)
-        {
-            m_fFrameTime += (fTook - m_fFrameTime) * 0.15;
-            if (m_fFrameTime > s_fSlowFrame)
-                m_fBudget = std::max(m_fBudget * 0.97f, s_fLeastBudget);
-            else if (m_fFrameTime < s_fQuickFrame)
-                m_fBudget = std::min(m_fBudget * 1.01f, s_fMostBudget);
-        }
+        m_fFrameTime += (fTook - m_fFrameTime) * 0.25;
+        if (m_fFrameTime > s_fSlowFrame)
+            m_fBudget *= static_cast<float>(std::max(0.85, s_fSlowFrame / m_fFrameTime));
+        else if (m_fFrameTime < s_fQuickFrame && m_gather.isThinned())
+            m_fBudget *= 1.012f;
+        m_fBudget = std::clamp(m_fBudget, s_fLeastBudget, s_fMostBudget);
     }
-    else
-        return {};
-    return {m_fBudget, m_fBudget, 12.0f};
+    return {m_fBudget, m_fBudget, s_fFullRange};
 }
 
 void ClutterDraw::draw(const CullingGroups& groups, const ClutterView& view)
 {
-    m_gather.gather(groups, Frustum(view.viewProjection), view.camera, density(view.bWindow));
+    m_gather.gather(groups, Frustum(view.viewProjection), view.camera, density(view));
     if (drawnCount() == 0)
         return;
-    DrawData data{view.bWindow && !m_device.isSoftware() ? static_cast<float>(std::fmod(FrameClock::seconds(), 3600.0)) : 0.0f, {}, {}};
+    const bool bMoves = view.bWindow && !m_device.isSoftware();
+    DrawData data{bMoves ? static_cast<float>(std::fmod(FrameClock::seconds(), 3600.0)) : 0.0f,
+                  view.shade ? 1.0f : 0.0f,
+                  {},
+                  {}};
     for (size_t uType = 0; uType < m_types.size(); ++uType)
         if (m_types.impostorOf()[uType] != ClutterTypes::s_uNoImpostor)
             data.arrHasImpostor[uType / 32] |= 1u << (uType % 32);
     m_device.updateBuffer(m_drawBuffer, 0, bytesOf(data));
     m_device.setUniformBuffer(s_uDrawSlot, m_drawBuffer);
+    m_device.setTexture(s_uShadeSlot, view.shade, SamplerMode::PointClamp);
     drawNear();
     drawFar();
 }

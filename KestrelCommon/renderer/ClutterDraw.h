@@ -17,7 +17,9 @@ struct ClutterView
 {
     glm::mat4 viewProjection{1.0f};
     glm::vec2 camera{0.0f}; ///< metres
+    TextureHandle shade{};  ///< terrain_shade's map, null for none
     bool bWindow = false;   ///< a frame of the window: it moves, and its cost counts
+    bool bRest = false;     ///< a picture that will stay for a while
 };
 
 /// Main thread only. The device and the resource manager must outlive it.
@@ -44,6 +46,8 @@ public:
     /// Gathers and draws, within a pass whose frame values are bound.
     void draw(const CullingGroups& groups, const ClutterView& view);
 
+    /// Whether the last draw left plants out, as one in motion does on a CPU.
+    [[nodiscard]] bool isThinned() const { return m_gather.isThinned(); }
     /// Instances that the last draw showed.
     [[nodiscard]] size_t drawnCount() const;
 
@@ -57,7 +61,7 @@ private:
 
     void release();
     bool createPipelines();
-    [[nodiscard]] ClutterDensity density(bool bWindow);
+    [[nodiscard]] ClutterDensity density(const ClutterView& view);
     void drawNear();
     void drawFar();
 
@@ -76,6 +80,7 @@ private:
 
     // On a CPU: how much of the clutter is drawn follows the time that frames take.
     double m_fLastFrame = 0.0; ///< seconds
+    uint64_t m_uLastTick = 0;  ///< of the frame loop
     double m_fFrameTime = 0.0; ///< seconds, smoothed
     float m_fBudget;           ///< instances
 };

@@ -7,6 +7,10 @@
 #include <glm/common.hpp>
 #include <glm/geometric.hpp>
 
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
 namespace rend
 {
 
@@ -26,6 +30,33 @@ float distanceTo(const Aabb& box, const glm::vec2& camera)
     const glm::vec2 beside =
         glm::max(glm::max(glm::vec2(box.lowest) - camera, camera - glm::vec2(box.highest)), 0.0f);
     return glm::length(beside);
+}
+
+/// Past the caches: what is gathered is read once, by the device.
+void copyStreaming(void* pTo, const void* pFrom, size_t uBytes)
+{
+#ifdef __SSE2__
+    auto* pOut = static_cast<std::byte*>(pTo);
+    const auto* pIn = static_cast<const std::byte*>(pFrom);
+    const size_t uHead = std::min((16 - reinterpret_cast<uintptr_t>(pOut) % 16) % 16, uBytes);
+    std::memcpy(pOut, pIn, uHead);
+    size_t uDone = uHead;
+    for (; uDone + 64 <= uBytes; uDone += 64)
+    {
+        const auto load = [&](size_t u)
+        { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(pIn + uDone + u)); };
+        const __m128i a = load(0), b = load(16), c = load(32), d = load(48);
+        auto* pBlock = reinterpret_cast<__m128i*>(pOut + uDone);
+        _mm_stream_si128(pBlock, a);
+        _mm_stream_si128(pBlock + 1, b);
+        _mm_stream_si128(pBlock + 2, c);
+        _mm_stream_si128(pBlock + 3, d);
+    }
+    std::memcpy(pOut + uDone, pIn + uDone, uBytes - uDone);
+    _mm_sfence();
+#else
+    std::memcpy(pTo, pFrom, uBytes);
+#endif
 }
 
 } // namespace
@@ -61,6 +92,7 @@ void ClutterGather::gather(const CullingGroups& groups, const Frustum& frustum, 
     // What is in front is drawn first, so that little is shaded twice.
     std::sort(m_vecNear.begin(), m_vecNear.end(),
               [](const View& a, const View& b) { return a.fAway < b.fAway; });
+    m_bThinned = false;
     share(m_vecNear, density.fNearBudget, true);
     share(m_vecFar, density.fFarBudget, false);
     gatherNear();
@@ -82,6 +114,7 @@ void ClutterGather::share(std::vector<View>& vecViews, float fBudget, bool bNear
         fTotal += countOf(view);
     if (fTotal <= fBudget)
         return;
+    m_bThinned = true;
     float fScale = 1.0f;
     // No group can take more than all it has, so what is left over goes to the others.
     for (int iPass = 0; iPass < 4; ++iPass)
@@ -177,7 +210,8 @@ void ClutterGather::copyRuns(std::span<Run> spanRuns, ClutterInstance* pTo)
                       {
                           for (const Run& run : spanRuns.subspan(range.begin(), range.size()))
                               if (run.uCount > 0)
-                                  std::memcpy(pTo + run.uTo, run.pFrom, run.uCount * sizeof(ClutterInstance));
+                                  copyStreaming(pTo + run.uTo, run.pFrom,
+                                                run.uCount * sizeof(ClutterInstance));
                       });
 }
 

@@ -47,6 +47,8 @@ public:
     [[nodiscard]] std::span<const ClutterBatch> nearBatches() const { return m_vecNearBatches; }
     /// Impostors, group after group.
     [[nodiscard]] std::span<const ClutterInstance> farInstances() const { return m_farList.instances(); }
+    /// Whether a budget left some of it out.
+    [[nodiscard]] bool isThinned() const { return m_bThinned; }
 
 private:
     struct View
@@ -66,7 +68,7 @@ private:
         size_t uTo = 0;
     };
 
-    static void share(std::vector<View>& vecViews, float fBudget, bool bNear);
+    void share(std::vector<View>& vecViews, float fBudget, bool bNear);
     void gatherNear();
     void gatherFar();
     static void copyRuns(std::span<Run> spanRuns, ClutterInstance* pTo);
@@ -77,6 +79,7 @@ private:
     std::vector<ClutterBatch> m_vecNearBatches;
     ClutterList m_nearList;
     ClutterList m_farList;
+    bool m_bThinned = false;
 };
 
 } // namespace rend

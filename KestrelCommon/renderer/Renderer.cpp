@@ -233,7 +233,8 @@ void Renderer::renderWindow(int iWidth, int iHeight, const SceneView& view)
     updateFrameBuffer(iWidth, iHeight, view);
     if (m_pTerrainBindings)
         m_shade.update(*m_pTerrainBindings, m_settings.sunDirection, m_frameBuffer, s_uFrameSlot, false);
-    if (const auto size = m_schedule.next(stateOf(iWidth, iHeight, view), FrameClock::seconds()))
+    if (const auto size = m_schedule.next(stateOf(iWidth, iHeight, view), FrameClock::seconds(),
+                                          m_pClutterDraw->isThinned()))
     {
         if (!m_sceneTarget || *size != m_sceneSize)
         {
@@ -276,10 +277,10 @@ std::array<uint64_t, s_uSceneContents> Renderer::groundState(const TerrainSurfac
     const auto content = [this](auto handle)
     { return uint64_t{handle.uId} << 40 ^ m_device.revision(handle); };
     return {content(ground.vertexBuffer), content(ground.indexBuffer),
-                        content(ground.surfaceInfo),  content(ground.texture0),
-                        content(ground.texture1),     content(ground.diffuseArray),
-                        content(ground.asgArray),     content(ground.normalArray),
-                        m_shade.revision(),           ground.indexCount};
+            content(ground.surfaceInfo),  content(ground.texture0),
+            content(ground.texture1),     content(ground.diffuseArray),
+            content(ground.asgArray),     content(ground.normalArray),
+            m_shade.revision(),           ground.indexCount};
 }
 
 bool Renderer::hasGround() const
@@ -297,7 +298,9 @@ void Renderer::drawScene(const SceneView& view, bool bWindow)
     drawQuads(view);
     m_pClutterDraw->draw(*m_pCullingGroups, {.viewProjection = view.projection * view.view,
                                              .camera = glm::vec2(glm::inverse(view.view)[3]),
-                                             .bWindow = bWindow});
+                                             .shade = m_shade.texture(),
+                                             .bWindow = bWindow,
+                                             .bRest = bWindow && m_schedule.isResting()});
     if (view.uQuads != 0)
         return; // they reach as far as the view
     drawSurroundings();

@@ -76,7 +76,8 @@ private:
     void updateFrameBuffer(int iWidth, int iHeight, const SceneView& view);
     void renderWindow(int iWidth, int iHeight, const SceneView& view);
     [[nodiscard]] SceneState stateOf(int iWidth, int iHeight, const SceneView& view) const;
-    [[nodiscard]] std::array<uint64_t, s_uSceneContents> groundState(const TerrainSurfaceBindings& ground) const;
+    [[nodiscard]] std::array<uint64_t, s_uSceneContents>
+    groundState(const TerrainSurfaceBindings& ground) const;
     [[nodiscard]] bool hasGround() const;
     void drawScene(const SceneView& view, bool bWindow);
     void drawGround(const SceneView& view);

@@ -39,7 +39,7 @@ void SceneSchedule::judge(double fPeriod)
         --m_uStep;
 }
 
-std::optional<SceneSchedule::Size> SceneSchedule::next(const SceneState& state, double fNow)
+std::optional<SceneSchedule::Size> SceneSchedule::next(const SceneState& state, double fNow, bool bPartial)
 {
     const bool bFirst = !m_lastState;
     const bool bResized =
@@ -52,14 +52,16 @@ std::optional<SceneSchedule::Size> SceneSchedule::next(const SceneState& state, 
     if (bChanged)
     {
         m_lastState = state;
+        m_bResting = false;
         m_fLastChange = fNow;
         const size_t uStep = bResized ? 0 : m_uStep;
         m_bSharp = uStep == 0;
         return sizeFor(state, uStep);
     }
-    if (m_bSharp || fNow - m_fLastChange < s_fRest)
+    if (m_bResting || (m_bSharp && !bPartial) || fNow - m_fLastChange < s_fRest)
         return std::nullopt;
     m_bSharp = true;
+    m_bResting = true;
     return sizeFor(state, 0);
 }
 

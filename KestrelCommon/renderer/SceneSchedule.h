@@ -41,8 +41,12 @@ public:
     explicit SceneSchedule(bool bAdapt) : m_bAdapt(bAdapt) {}
 
     /// Once a frame. The size to draw the scene with, or nullopt when the last picture still serves.
-    /// fNow: seconds of a steady clock.
-    [[nodiscard]] std::optional<Size> next(const SceneState& state, double fNow);
+    /// fNow: seconds of a steady clock. bPartial: the last picture left things out to be quick, so that a
+    /// scene at rest wants another.
+    [[nodiscard]] std::optional<Size> next(const SceneState& state, double fNow, bool bPartial = false);
+
+    /// The picture that the last next() asked for is one of a scene at rest, and may take its time.
+    [[nodiscard]] bool isResting() const { return m_bResting; }
 
 private:
     void judge(double fPeriod);
@@ -51,6 +55,7 @@ private:
     bool m_bAdapt;
     std::optional<SceneState> m_lastState;
     bool m_bMoved = false;     ///< the last frame had changed
+    bool m_bResting = false;   ///< since the last change a picture at rest was asked for
     bool m_bSharp = false;     ///< the last picture has the window's size
     double m_fLastFrame = 0.0; ///< seconds
     double m_fLastChange = 0.0;

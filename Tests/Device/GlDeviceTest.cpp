@@ -232,6 +232,43 @@ TEST_F(GlDeviceTest, arrayLayersKeepTheirOwnTexels)
     m_pDevice->endPass();
 }
 
+/// A mip of 2 x 2 is smaller than its block, and one row of a larger level is given alone.
+TEST_F(GlDeviceTest, compressedTexturesTakeBlocksAtEveryMip)
+{
+    if (!m_pDevice->hasCompressedTextures())
+        GTEST_SKIP() << "the driver lacks the formats";
+    const TextureHandle array = m_pDevice->createTexture({.sName = "b",
+                                                          .iWidth = 8,
+                                                          .iHeight = 8,
+                                                          .iLayers = 2,
+                                                          .iMips = 4,
+                                                          .eLayout = resource::TextureResourceLayout::Bc3});
+    // Full alpha; both colours and all codes the same.
+    std::array<uint64_t, 4> arrRed{0xFFFF, 0xF800F800, 0xFFFF, 0xF800F800};
+    const std::array<uint64_t, 2> arrGreen{0xFFFF, 0x07E007E0};
+    EXPECT_TRUE(m_pDevice->updateTexture(array, {0, 0, 8, 4, 1, 0}, 32, bytesOf(arrRed)));
+    EXPECT_TRUE(m_pDevice->updateTexture(array, {0, 4, 8, 4, 1, 0}, 32, bytesOf(arrRed)));
+    EXPECT_TRUE(m_pDevice->updateTexture(array, {0, 0, 2, 2, 1, 2}, 16, bytesOf(arrGreen)));
+    EXPECT_TRUE(m_pDevice->updateTexture(array, {0, 0, 1, 1, 1, 3}, 16, bytesOf(arrGreen)));
+    EXPECT_FALSE(m_pDevice->updateTexture(array, {0, 2, 8, 4, 1, 0}, 32, bytesOf(arrRed)));
+    EXPECT_EQ(m_log.errors(), 1u) << m_log.dump();
+
+    PipelineDesc desc = pipelineDesc();
+    desc.sFragmentSource =
+        "layout(binding = 3) uniform sampler2DArray source;\n"
+        "in vec4 colour;\n"
+        "out vec4 result;\n"
+        "void main() { result = texelFetch(source, ivec3(0, 0, 1), int(colour.r * 3.0)); }\n";
+    const PipelineHandle pipeline = m_pDevice->createPipeline(desc);
+    m_pDevice->beginPass({}, {});
+    m_pDevice->setTexture(3, array, SamplerMode::LinearWrap);
+    drawQuarter(pipeline, 0x00000000, 0.5f);
+    EXPECT_EQ(pixel({}, 0, 0), s_uRed);
+    drawQuarter(pipeline, 0x000000AA, 0.6f);
+    EXPECT_EQ(pixel({}, 0, 0), s_uGreen);
+    m_pDevice->endPass();
+}
+
 TEST_F(GlDeviceTest, brokenShaderIsOneLogLineAndNoPipeline)
 {
     PipelineDesc desc = pipelineDesc();

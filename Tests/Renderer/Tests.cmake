@@ -1,1 +1,1 @@
-qm_tests(RendererTests Renderer ROOMS KestrelCommon/renderer)
+qm_tests(RendererTests Renderer ROOMS KestrelCommon/Tile KestrelCommon/renderer)

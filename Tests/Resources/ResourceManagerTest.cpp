@@ -1,5 +1,7 @@
 #include "KestrelCommon/Resources/ResourceManager.h"
+#include "KestrelCommon/Core/Hash.h"
 #include "KestrelCommon/Device/RecordingDevice.h"
+#include "KestrelCommon/Io/SafeFile.h"
 #include "KestrelCommon/Resources/ShaderSource.h"
 #include "Tests/Support/LogCapture.h"
 #include "Tests/Support/TempFolder.h"
@@ -114,6 +116,160 @@ TEST_F(ResourceRulesTest, onlyColoursAreTakenForSrgbAndTheirMipsAverageLight)
 
 INSTANTIATE_TEST_SUITE_P(Loading, ResourceManagerTest, testing::Bool());
 
+TEST_F(ResourceRulesTest, picturesAreCompressedOnlyForAGpuThatReadsThem)
+{
+    ASSERT_TRUE(writePicture(file("$GAME_DATA/a.png"), 8, 8, plain(8, 8, 200).vecPixels));
+    const std::vector<std::string> vecPaths = {"$GAME_DATA/a.png", "$GAME_DATA/gone_nor.png"};
+    const auto layoutOf = [&](TextureResourceLayout eLayout)
+    {
+        m_device.clearCalls();
+        const auto pManager = make();
+        return m_device.texture(pManager->loadTextureArray(vecPaths, 8, 8, eLayout, 0, 0))->desc.eLayout;
+    };
+    EXPECT_EQ(layoutOf(s_eBc3), s_eRgba8) << "a GPU without the formats";
+    m_device.m_bCompressed = true;
+    EXPECT_EQ(layoutOf(s_eRgba8), s_eRgba8);
+    EXPECT_EQ(layoutOf(s_eBc3), s_eBc3);
+    EXPECT_EQ(m_device.count(rend::RecordingDevice::CallKind::UpdateTexture), 2u * 4) << "layers by mips";
+    m_device.m_bSoftware = true;
+    EXPECT_EQ(layoutOf(TextureResourceLayout::Bc5), s_eRgba8) << "a CPU unpacks at every sample";
+    m_device.m_bSoftware = false;
+
+    m_log.clear();
+    const auto pManager = make();
+    const auto* pTexture =
+        m_device.texture(pManager->loadTextureArray(vecPaths, 8, 8, TextureResourceLayout::Bc5, 0, 0));
+    ASSERT_EQ(pTexture->vecBytes.size(), 2u * 64);
+    EXPECT_EQ(pTexture->desc.iMips, 4);
+    EXPECT_FALSE(pTexture->bMipsMade);
+    EXPECT_EQ(pTexture->vecBytes[8], std::byte{200});
+    EXPECT_EQ(pTexture->vecBytes[64], std::byte{128}) << "the flat normal map, compressed too";
+    EXPECT_EQ(m_log.count("gone_nor.png"), 1u) << m_log.dump();
+}
+
+TEST_F(ResourceRulesTest, compressedPicturesAreKeptAndDamagedOnesMadeAnew)
+{
+    m_device.m_bCompressed = true;
+    const auto source = file("$GAME_DATA/a.png");
+    ASSERT_TRUE(writePicture(source, 8, 8, plain(8, 8, 200).vecPixels));
+    const std::filesystem::path folder = m_folder.path() / "Cache/Textures";
+    const std::vector<std::string> vecPaths = {"$GAME_DATA/a.png"};
+    const auto firstByte = [&](int iMips = 1)
+    {
+        const auto pManager = make();
+        pManager->setTextureCache(folder);
+        return m_device.texture(pManager->loadTextureArray(vecPaths, 8, 8, s_eBc3, iMips, 0))->vecBytes[0];
+    };
+    const auto entries = [&] { return std::distance(std::filesystem::directory_iterator(folder), {}); };
+    EXPECT_EQ(firstByte(), std::byte{200});
+    ASSERT_EQ(entries(), 1);
+    const std::filesystem::path entry = std::filesystem::directory_iterator(folder)->path();
+
+    // An entry that is whole is used as it is: this one says 9 where the picture says 200.
+    const TextureCacheKey key = {.uSource = xxh3(std::span<const std::byte>(*readFile(source))),
+                                 .iWidth = 8,
+                                 .iHeight = 8,
+                                 .bColour = true};
+    const TextureCache cache(folder);
+    ASSERT_EQ(cache.filePath(key), entry);
+    const std::vector<std::byte> vecNines(64, std::byte{9});
+    cache.store(key, vecNines);
+    EXPECT_EQ(firstByte(), std::byte{9});
+
+    const auto uWhole = std::filesystem::file_size(entry);
+    for (const int iDamage : {0, 1, 2, 3})
+    {
+        cache.store(key, vecNines);
+        if (iDamage < 3)
+            std::filesystem::resize_file(entry, iDamage == 0 ? uWhole - 1 : iDamage == 1 ? 0 : uWhole + 1);
+        else
+        {
+            std::fstream bytes(entry, std::ios::in | std::ios::out | std::ios::binary);
+            bytes.seekp(-1, std::ios::end);
+            bytes.put(8);
+        }
+        EXPECT_EQ(firstByte(), std::byte{200}) << iDamage;
+        EXPECT_EQ(cache.find(key).value_or(vecNines)[0], std::byte{200}) << "rewritten";
+    }
+    EXPECT_EQ(entries(), 1) << "nothing is left beside";
+
+    EXPECT_EQ(firstByte(0), std::byte{200});
+    EXPECT_EQ(entries(), 2) << "another count of mips";
+    ASSERT_TRUE(writePicture(source, 8, 8, plain(8, 8, 100).vecPixels));
+    EXPECT_EQ(firstByte(), std::byte{100}) << "the picture changed";
+    EXPECT_EQ(entries(), 3);
+
+    // A folder that can't be made, here below a file, costs no more than the entries.
+    std::filesystem::remove_all(folder);
+    std::ofstream(folder) << "x";
+    EXPECT_EQ(firstByte(), std::byte{100});
+    EXPECT_EQ(m_log.errors(), 0u) << m_log.dump();
+}
+
+TEST_P(ResourceManagerTest, streamedTexturesComeByUseAndGoWhenRoomIsWanted)
+{
+    ASSERT_TRUE(writePicture(file("$GAME_DATA/a.png"), 8, 8, plain(8, 8, 200).vecPixels));
+    ASSERT_TRUE(writePicture(file("$GAME_DATA/b.png"), 8, 8, plain(8, 8, 100).vecPixels));
+    m_device.m_bCompressed = true;
+    const auto pManager = make();
+    pManager->setStreamBudgets({.uStreaming = 64}); // one of 8 x 8 with a mip
+    const auto request = [&](const char* pPath)
+    {
+        const std::vector<std::string> vecPath{pPath};
+        return pManager->requestStreamedArray(vecPath, 8, 8, s_eBc3, 1, 0).value_or(99);
+    };
+    const size_t uA = request("$GAME_DATA/a.png");
+    const size_t uB = request("$GAME_DATA/b.png");
+    EXPECT_EQ(request("$GAME_DATA/a.png"), uA);
+    EXPECT_EQ(pManager->useStreamedTexture(99), rend::TextureHandle{});
+    EXPECT_EQ(m_device.textureCount(), 0u);
+    const auto frames = [&](int iCount, size_t uUsed)
+    {
+        for (int i = 0; i < iCount; ++i)
+        {
+            static_cast<void>(pManager->useStreamedTexture(uUsed));
+            pManager->update();
+            pManager->finishLoading();
+        }
+        return pManager->useStreamedTexture(uUsed);
+    };
+    EXPECT_FALSE(pManager->useStreamedTexture(uA));
+    const auto* pTexture = m_device.texture(frames(1, uA));
+    ASSERT_TRUE(pTexture);
+    EXPECT_EQ(pTexture->vecBytes[0], std::byte{200});
+
+    EXPECT_FALSE(frames(25, uB)) << "neither fits while the other may still be wanted";
+    EXPECT_FALSE(m_log.has("UNLOADED"));
+    pTexture = m_device.texture(frames(10, uB));
+    ASSERT_TRUE(pTexture);
+    EXPECT_EQ(pTexture->vecBytes[0], std::byte{100});
+    EXPECT_TRUE(m_log.has("Stream UNLOADED: $GAME_DATA/a.png - 0mb"));
+    EXPECT_EQ(m_device.textureCount(), 1u);
+
+    // With room again both are there, by force at once.
+    pManager->setStreamBudgets({});
+    static_cast<void>(pManager->useStreamedTexture(uA));
+    pManager->finishStreaming();
+    EXPECT_TRUE(m_log.has("Performing force stream completion"));
+    EXPECT_TRUE(pManager->useStreamedTexture(uA));
+    EXPECT_EQ(m_device.textureCount(), 2u);
+}
+
+TEST_F(ResourceRulesTest, shortMemoryHalvesTexturesOrRefusesThem)
+{
+    const std::vector<std::string> vecPath{"$GAME_DATA/a.png"};
+    const auto pManager = make();
+    pManager->setStreamBudgets({.uAll = 8 * 8 * 4});
+    const rend::TextureHandle texture = pManager->loadTextureArray(vecPath, 16, 8, s_eRgba8, 1, 0);
+    ASSERT_TRUE(texture);
+    EXPECT_EQ(m_device.texture(texture)->desc.iWidth, 8);
+    EXPECT_EQ(m_device.texture(texture)->desc.iHeight, 4);
+    EXPECT_TRUE(m_log.has("Loaded NON streaming texture as low quality: '$GAME_DATA/a.png' we are short"));
+    EXPECT_FALSE(pManager->loadTextureArray(vecPath, 16, 16, s_eRgba8, 1, 0));
+    EXPECT_TRUE(m_log.has("Failed to load NON streaming texture: '$GAME_DATA/a.png' out of gpu memory"));
+    EXPECT_EQ(m_device.textureCount(), 1u);
+}
+
 TEST_F(ResourceRulesTest, brokenRequestsYieldNullAndTheirOwnMessage)
 {
     const auto pManager = make();
@@ -161,11 +317,22 @@ TEST_F(ResourceRulesTest, borrowedBuffersAreReusedByFitAndForgottenAfterFiveFram
     EXPECT_NE(constants.buffer, large.buffer);
     EXPECT_EQ(m_device.buffer(constants.buffer)->desc.sName.find("Borrowable CBuffer"), 0u);
 
-    for (int i = 0; i < 4; ++i)
-        pool.update();
+    const BorrowedBuffer tenth = pool.borrow(96, 20, s_eVertex);
+    EXPECT_NE(tenth.buffer, large.buffer) << "exactly ten times";
+    const auto age = [&](int iFrames)
+    {
+        for (int i = 0; i < iFrames; ++i)
+            pool.update();
+    };
+    age(4);
+    EXPECT_EQ(pool.borrow(97, 20, s_eVertex).buffer, large.buffer) << "four frames old, and just below ten";
+    age(9); // while lent it doesn't age
+    pool.giveBack(large);
+    age(4);
     EXPECT_TRUE(m_device.buffer(large.buffer));
-    pool.update();
+    age(1);
     EXPECT_FALSE(m_device.buffer(large.buffer));
+    EXPECT_NE(pool.borrow(900, 20, s_eVertex).buffer, large.buffer);
     EXPECT_TRUE(m_device.buffer(tiny.buffer)) << "still lent";
     EXPECT_EQ(pool.freeCount(), 0u);
 }
@@ -191,9 +358,16 @@ TEST_F(ResourceRulesTest, movedPathsAreFollowedButNotForever)
     EXPECT_EQ(pManager->upgradePath(""), "");
     EXPECT_EQ(pManager->upgradePath("$GAME_DATA/2"), "$GAME_DATA/10");
     EXPECT_FALSE(m_log.has("internaly"));
+    EXPECT_EQ(pManager->upgradePath("$GAME_DATA/1"), "$GAME_DATA/10");
+    EXPECT_EQ(m_log.count("internaly"), 1u) << "nine steps are one too many, whatever comes then";
     EXPECT_EQ(pManager->upgradePath("$GAME_DATA/0"), "$GAME_DATA/9");
     EXPECT_TRUE(m_log.has(
         "Failed to internaly upgrade the path: \"$GAME_DATA/9\" has reached the max upgrade depth of: 8"));
+
+    write("$GAME_DATA/b", "came back"); // after the table was read
+    EXPECT_EQ(pManager->upgradePath("$GAME_DATA/a"), "$GAME_DATA/b");
+    write("$GAME_DATA/a", "likewise");
+    EXPECT_EQ(pManager->upgradePath("$GAME_DATA/a"), "$GAME_DATA/a");
 }
 
 TEST_F(ResourceRulesTest, picturesKeepRowsAndChannelsAndFailWhole)

@@ -14,7 +14,8 @@ void EditorTerrainClutter::attach(rend::CullingGroups& groups, const rend::Clutt
     m_pManager = std::make_unique<Terrain3ClutterManager>(
         groups, types,
         [this](int iCellX, int iCellY, const glm::vec2& localPosition, float& height, uint32_t& color,
-               glm::vec3& normal) { return sampleAt(iCellX, iCellY, localPosition, height, color, normal); });
+               glm::vec3& normal) { return sampleAt(iCellX, iCellY, localPosition, height, color, normal); },
+        [this](int iCellX, int iCellY) { return samples(iCellX, iCellY); });
     for (size_t uCell = 0; uCell < m_vecQueued.size(); ++uCell)
         queueCell(uCell);
 }

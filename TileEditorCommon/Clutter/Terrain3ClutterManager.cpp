@@ -23,13 +23,20 @@ int16_t groupOf(float f)
 } // namespace
 
 Terrain3ClutterManager::Terrain3ClutterManager(rend::CullingGroups& groups, const rend::ClutterTypes& types,
-                                               SampleFunction fnSample, int iPatchSize, int iDensity)
+                                               SampleFunction fnSample, CellFunction fnCell, int iPatchSize,
+                                               int iDensity)
     : m_groups(groups),
       m_types(types),
       m_fnSample(std::move(fnSample)),
+      m_fnCell(std::move(fnCell)),
       m_iPatchSize(iPatchSize),
       m_arrPositions(makeClutterPositions(iPatchSize, iDensity))
 {
+    for (size_t uLevel = 0; uLevel < m_arrPositions.size(); ++uLevel)
+        for (const glm::vec2& place : m_arrPositions[uLevel])
+            m_arrSampleOf[uLevel].push_back(
+                static_cast<uint16_t>(tile::ClutterTileSamples * static_cast<int>(2.0f * place.y) +
+                                      static_cast<int>(2.0f * place.x)));
 }
 
 Terrain3ClutterManager::~Terrain3ClutterManager()
@@ -40,21 +47,27 @@ Terrain3ClutterManager::~Terrain3ClutterManager()
 std::span<const ClutterRecord> Terrain3ClutterManager::records(const ClutterKey& key) const
 {
     const auto it = m_mapRecords.find(key);
-    return it == m_mapRecords.end() ? std::span<const ClutterRecord>() : it->second;
+    return it == m_mapRecords.end() ? std::span<const ClutterRecord>() : it->second.vec;
 }
 
 void Terrain3ClutterManager::clear()
 {
-    for (auto& [key, vecRecords] : m_mapRecords)
-        remove(vecRecords);
+    for (auto& [key, records] : m_mapRecords)
+        remove(records);
     m_mapRecords.clear();
 }
 
-void Terrain3ClutterManager::remove(Records& vecRecords) const
+void Terrain3ClutterManager::remove(Records& records) const
 {
+    if (!records.bPlaced)
+    {
+        records.vec.clear();
+        return;
+    }
+    records.bPlaced = false;
     rend::StaticCullingGroup* pGroup = nullptr;
     rend::GroupKey last;
-    for (const ClutterRecord& record : vecRecords)
+    for (const ClutterRecord& record : records.vec)
     {
         if (record.slot == ClutterRecord::s_uNoSlot)
             continue;
@@ -63,14 +76,21 @@ void Terrain3ClutterManager::remove(Records& vecRecords) const
         if (pGroup)
             pGroup->removeClutter(record.slot);
     }
-    vecRecords.clear();
+    records.vec.clear();
 }
 
-void Terrain3ClutterManager::generate(const ClutterKey& key, Records& vecRecords) const
+void Terrain3ClutterManager::generate(const ClutterKey& key, std::vector<ClutterRecord>& vecRecords) const
 {
     const glm::vec2 corner(key.iCellX * m_iPatchSize, key.iCellY * m_iPatchSize);
-    for (const glm::vec2& local : m_arrPositions[static_cast<size_t>(key.iLevel)])
+    const auto uLevel = static_cast<size_t>(key.iLevel);
+    const std::span<const uint8_t> spanSamples =
+        m_fnCell ? m_fnCell(key.iCellX, key.iCellY) : std::span<const uint8_t>();
+    const bool bKnown = spanSamples.size() == tile::SamplesPerPatch;
+    for (size_t u = 0; u < m_arrPositions[uLevel].size(); ++u)
     {
+        if (bKnown && spanSamples[m_arrSampleOf[uLevel][u]] == tile::EmptyClutter)
+            continue;
+        const glm::vec2& local = m_arrPositions[uLevel][u];
         float fHeight = 0.0f;
         uint32_t uColor = 0;
         glm::vec3 normal(0.0f, 0.0f, 1.0f);
@@ -95,11 +115,12 @@ void Terrain3ClutterManager::generate(const ClutterKey& key, Records& vecRecords
     }
 }
 
-void Terrain3ClutterManager::add(std::span<ClutterRecord> spanRecords) const
+void Terrain3ClutterManager::add(Records& records) const
 {
+    records.bPlaced = true;
     rend::StaticCullingGroup* pGroup = nullptr;
     rend::GroupKey last;
-    for (ClutterRecord& record : spanRecords)
+    for (ClutterRecord& record : records.vec)
     {
         if (!pGroup || record.groupKey != last)
             pGroup = m_groups.find(last = record.groupKey);
@@ -109,11 +130,26 @@ void Terrain3ClutterManager::add(std::span<ClutterRecord> spanRecords) const
     }
 }
 
-void Terrain3ClutterManager::regenerate(std::span<const ClutterCellPos> spanCells)
+/// Stops at the first group that can't be made: the others couldn't either.
+void Terrain3ClutterManager::makeGroups(std::span<const CellRecords> spanCells) const
+{
+    for (const CellRecords& arrLevels : spanCells)
+        for (const Records* pRecords : arrLevels)
+        {
+            const rend::GroupKey* pLast = nullptr;
+            for (const ClutterRecord& record : pRecords->vec)
+                if ((!pLast || record.groupKey != *pLast) &&
+                    !m_groups.findOrCreate(*(pLast = &record.groupKey)))
+                    return;
+        }
+}
+
+std::vector<Terrain3ClutterManager::CellRecords>
+Terrain3ClutterManager::makeRecords(std::span<const ClutterCellPos> spanCells)
 {
     // A place of a cell lies in that cell's own groups, so cells share none and can go in parallel, once
     // the maps have their entries.
-    std::vector<std::array<Records*, s_iLevels>> vecRecords;
+    std::vector<CellRecords> vecRecords;
     for (const ClutterCellPos& cell : spanCells)
     {
         auto& arrLevels = vecRecords.emplace_back();
@@ -127,17 +163,16 @@ void Terrain3ClutterManager::regenerate(std::span<const ClutterCellPos> spanCell
                           {
                               Records& records = *vecRecords[u][static_cast<size_t>(iLevel)];
                               remove(records);
-                              generate({spanCells[u].iX, spanCells[u].iY, iLevel}, records);
+                              generate({spanCells[u].iX, spanCells[u].iY, iLevel}, records.vec);
                           }
                       });
-    for (const auto& arrLevels : vecRecords)
-        for (const Records* pRecords : arrLevels)
-        {
-            const rend::GroupKey* pLast = nullptr;
-            for (const ClutterRecord& record : *pRecords)
-                if (!pLast || record.groupKey != *pLast)
-                    static_cast<void>(m_groups.findOrCreate(*(pLast = &record.groupKey)));
-        }
+    return vecRecords;
+}
+
+void Terrain3ClutterManager::regenerate(std::span<const ClutterCellPos> spanCells)
+{
+    const std::vector<CellRecords> vecRecords = makeRecords(spanCells);
+    makeGroups(vecRecords);
     tbb::parallel_for(size_t{0}, spanCells.size(),
                       [&](size_t u)
                       {

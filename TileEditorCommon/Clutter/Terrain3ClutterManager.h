@@ -52,15 +52,25 @@ public:
     using SampleFunction = std::function<uint8_t(int iCellX, int iCellY, const glm::vec2& localPosition,
                                                  float& height, uint32_t& color, glm::vec3& normal)>;
 
-    /// Groups and types are borrowed. iDensity: see makeClutterPositions.
+    /// The samples of a cell, 128 x 128, row by row; empty when there is no such cell.
+    using CellFunction = std::function<std::span<const uint8_t>(int iCellX, int iCellY)>;
+
+    /// Groups and types are borrowed. With fnCell, places on empty samples are passed over at once. iDensity:
+    /// see makeClutterPositions.
     Terrain3ClutterManager(rend::CullingGroups& groups, const rend::ClutterTypes& types,
-                           SampleFunction fnSample, int iPatchSize = 64, int iDensity = 4);
+                           SampleFunction fnSample, CellFunction fnCell = {}, int iPatchSize = 64,
+                           int iDensity = 4);
     ~Terrain3ClutterManager();
     Terrain3ClutterManager(const Terrain3ClutterManager&) = delete;
     Terrain3ClutterManager& operator=(const Terrain3ClutterManager&) = delete;
 
     /// Drops and rebuilds the four levels of each cell; no cell twice.
     void regenerate(std::span<const ClutterCellPos> spanCells);
+    /// The same without the culling groups: records without slots.
+    void generateOnly(std::span<const ClutterCellPos> spanCells)
+    {
+        static_cast<void>(makeRecords(spanCells));
+    }
     /// Drops everything.
     void clear();
 
@@ -69,17 +79,26 @@ public:
     [[nodiscard]] const ClutterPositions& positions() const { return m_arrPositions; }
 
 private:
-    using Records = std::vector<ClutterRecord>;
+    struct Records
+    {
+        std::vector<ClutterRecord> vec;
+        bool bPlaced = false; ///< some hold slots
+    };
+    using CellRecords = std::array<Records*, 4>; ///< by level
 
-    void remove(Records& vecRecords) const;
-    void generate(const ClutterKey& key, Records& vecRecords) const;
-    void add(std::span<ClutterRecord> spanRecords) const;
+    void remove(Records& records) const;
+    void generate(const ClutterKey& key, std::vector<ClutterRecord>& vecRecords) const;
+    std::vector<CellRecords> makeRecords(std::span<const ClutterCellPos> spanCells);
+    void makeGroups(std::span<const CellRecords> spanCells) const;
+    void add(Records& records) const;
 
     rend::CullingGroups& m_groups;
     const rend::ClutterTypes& m_types;
     SampleFunction m_fnSample;
+    CellFunction m_fnCell;
     int m_iPatchSize;
     ClutterPositions m_arrPositions;
+    std::array<std::vector<uint16_t>, 4> m_arrSampleOf; ///< of each place, the sample of a cell under it
     std::map<ClutterKey, Records> m_mapRecords;
 };
 

@@ -103,9 +103,9 @@ ClutterShape leavesShape()
 ClutterShape driftwoodShape()
 {
     ClutterShape shape;
-    shape.chip(0.0f, 0.0f, 1.1f, 0.20f, 3.0f, 25.0f, {0.0f, 1.0f, 0.0f, 0.5f});
-    shape.chip(0.5f, 0.6f, 0.6f, 0.13f, 2.0f, 140.0f, {0.0f, 1.0f, 0.5f, 1.0f});
-    shape.chip(-0.6f, -0.4f, 0.45f, 0.12f, 1.8f, 85.0f, {0.2f, 0.8f, 0.5f, 1.0f});
+    shape.chip(0.0f, 0.0f, 1.1f, 0.34f, 1.5f, 25.0f, {0.0f, 1.0f, 0.0f, 0.5f});
+    shape.chip(0.5f, 0.6f, 0.6f, 0.24f, 1.2f, 140.0f, {0.0f, 1.0f, 0.5f, 1.0f});
+    shape.chip(-0.6f, -0.4f, 0.45f, 0.2f, 1.0f, 85.0f, {0.2f, 0.8f, 0.5f, 1.0f});
     return shape;
 }
 

@@ -2,7 +2,7 @@
 
 layout(std140, binding = 2) uniform ClutterDraw // "CB_CLUTTER_DRAW"
 {
-    vec4 clutterTime;     // seconds
+    vec4 clutterTime;     // seconds; y: 1 when there is a shade map
     uvec4 hasImpostor[2]; // a bit a type
 };
 
@@ -59,19 +59,32 @@ float shrinkAt(float distanceTo, bool impostor)
     return share * (impostor ? 1.0 - smoothstep(260.0, 420.0, distanceTo) : 1.0 - smoothstep(66.0, 98.0, distanceTo));
 }
 
-// The ground's colour at the root, with a variation of its own.
-vec3 tintAt(uint colour, float clumps, vec4 dice)
+#ifdef VERTEX_STAGE
+layout(binding = 5) uniform sampler2D shadeMap; // terrain_shade's, one texel in 2 m
+
+// At a place of the ground: part of the sun, part of the sky, large and small patches.
+vec4 shadeAt(vec2 place)
+{
+    if (clutterTime.y < 0.5)
+        return vec4(1.0, 1.0, 0.5, 0.5);
+    return texelFetch(shadeMap, clamp(ivec2(place * 0.5 + 0.5), ivec2(0), textureSize(shadeMap, 0) - 1), 0);
+}
+#endif
+
+// The ground's colour at the root, patches and all, with a variation of its own.
+vec3 tintAt(uint colour, vec4 shade, float clumps, vec4 dice)
 {
     vec3 stored = vec3((uvec3(colour) >> uvec3(24u, 16u, 8u)) & 255u) * (1.333 / 255.0);
     float tone = 0.6 * dice.z + 0.2 * (clumps + 1.0);
-    return stored * stored * mix(vec3(0.80, 0.88, 0.86), vec3(1.22, 1.10, 0.98), tone);
+    return stored * stored * mix(vec3(0.76, 0.82, 0.82), vec3(1.21, 1.17, 1.08), shade.b) *
+           mix(0.88, 1.12, shade.a) * mix(vec3(0.84, 0.90, 0.88), vec3(1.18, 1.08, 0.99), tone);
 }
 
 // Sun and sky on soft, translucent plants.
-vec3 plantLight(vec3 normal)
+vec3 plantLight(vec3 normal, vec4 shade)
 {
     float sun = max(dot(normal, sunDirection.xyz) * 0.82 + 0.18, 0.0);
-    return sunColour.rgb * sun + ambientLight(normal);
+    return sunColour.rgb * (sun * shade.r) + ambientLight(normal) * shade.g;
 }
 
 // What a pixel does with its leaf: on a CPU the light is turned into display values at the vertices,
@@ -87,7 +100,7 @@ LeafLight leafLight(vec3 lit, vec3 point)
 #ifdef SOFTWARE
     float clear = exp2(-max(distance(point, eye.xyz) - fog.y, 0.0) * fog.x);
     float seen = eye.w > 0.5 ? 1.0 : max(clear, 1.0 - fog.z);
-    return LeafLight(toDisplay(0.2 * lit) * (2.236 * seen), vec4(toDisplay(skyHorizon.rgb) * (1.0 - seen), 0.0));
+    return LeafLight(toDisplay(0.2 * lit) * seen, vec4(toDisplay(skyHorizon.rgb) * (1.0 - seen), 0.0));
 #else
     return LeafLight(lit, airBefore(point));
 #endif
@@ -96,8 +109,9 @@ LeafLight leafLight(vec3 lit, vec3 point)
 vec3 leafColour(vec3 leaf, vec3 light, vec4 air)
 {
 #ifdef SOFTWARE
-    return leaf * light + air.rgb;
+    vec3 tone = leaf * leaf * 5.0; // of the middle one
+    return tone * 2.0 / (tone + 1.0) * light + air.rgb; // the shape of the curve around it
 #else
-    return toDisplay(mix(air.rgb, leaf * leaf * light, air.a));
+    return toDisplay(mix(air.rgb, leaf * light, air.a));
 #endif
 }

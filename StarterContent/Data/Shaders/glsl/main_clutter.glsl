@@ -33,6 +33,7 @@ void main()
     bool impostor = ((hasImpostor[type >> 7][(type >> 5) & 3u] >> (type & 31u)) & 1u) != 0u;
 
     float clumps = clumpsAt(inPlace);
+    vec4 groundShade = shadeAt(inPlace);
     float distanceTo = distance(inPlace, eye.xy);
     float size = sizeAt(clumps, record.y, dice.x) * shrinkAt(distanceTo, impostor);
     vec2 turned = normalize(wave(vec2(dice.y + 0.25, dice.y)));
@@ -73,7 +74,7 @@ void main()
 
     texCoord = vec3(inTexCoord, float(type));
     float shade = mix(0.42, 1.08, smoothstep(-0.05, 0.75, up));
-    LeafLight light = leafLight(tintAt(inColourIndex, clumps, dice) * plantLight(normal) * shade, position);
+    LeafLight light = leafLight(tintAt(inColourIndex, groundShade, clumps, dice) * plantLight(normal, groundShade) * shade, position);
     lit = light.light;
     air = light.air;
     // Coarser pictures are thinner: what still counts as leaf goes down with distance.

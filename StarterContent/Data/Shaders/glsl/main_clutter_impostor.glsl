@@ -23,6 +23,7 @@ void main()
     vec4 dice = placeDice(inPlace);
     vec3 ground = normalize(inGround.xyz);
     float clumps = clumpsAt(inPlace);
+    vec4 groundShade = shadeAt(inPlace);
     float distanceTo = distance(inPlace, eye.xy);
     float size = sizeAt(clumps, record.x, dice.x) * shrinkAt(distanceTo, true);
 
@@ -35,7 +36,7 @@ void main()
     gl_Position = viewProjection * vec4(position, 1.0);
 
     texCoord = vec3(corner.x * 0.5 + 0.5, 1.0 - corner.y, float(index));
-    LeafLight light = leafLight(tintAt(inColourIndex, clumps, dice) * plantLight(ground) * mix(0.55, 1.0, corner.y), position);
+    LeafLight light = leafLight(tintAt(inColourIndex, groundShade, clumps, dice) * plantLight(ground, groundShade) * mix(0.55, 1.0, corner.y), position);
     lit = light.light;
     air = light.air;
 }
