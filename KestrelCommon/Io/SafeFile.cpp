@@ -96,8 +96,12 @@ SafeFile::SafeFile(std::filesystem::path path) : m_path(std::move(path))
         return;
     m_pathBeside = sBeside;
     struct stat status = {};
-    const mode_t uMask = ::umask(0);
-    ::umask(uMask);
+    // Asked once: the question sets it for a moment, for all threads.
+    static const mode_t uMask = [] {
+        const mode_t uOld = ::umask(0);
+        ::umask(uOld);
+        return uOld;
+    }();
     const bool bReplaces = ::stat(m_path.c_str(), &status) == 0;
     ::fchmod(m_iFile, bReplaces ? status.st_mode & 07777 : 0666 & ~uMask);
     tellStep(SaveStep::Opened);
