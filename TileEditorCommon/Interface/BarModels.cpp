@@ -159,7 +159,6 @@ MenuEntry buildHistoryMenu(EditorActionsI& actions)
             : std::to_string(history.uStateIndex) + "/" + std::to_string(history.steps());
     MenuEntry made = menu(" ( " + sUsed + " " + sStep + ")", {});
     made.sId = "History";
-    made.sTip = "History: the memory and the steps of undo";
     const auto add = [&](std::string sLabel, const char* pId, bool bEnabled, Action fnAction)
     {
         made.vecChildren.push_back(entry(std::move(sLabel), pId, std::move(fnAction)));
