@@ -158,17 +158,17 @@ void asset(Layout& layout, uint32_t uLayout, uint32_t uContent)
     const uint32_t uTags = bPrefab ? 9 : 12;
     transform(layout, scales(uLayout), scales(uContent));
     id(0x10);
-    layout.value(uint8_t{2}).text8("Bark").value(0xFF332211u).text8("Leaf").value(0x80AABBCCu);
-    tags(layout, uLayout >= uTags, uContent >= uTags);
-    transform(layout, scales(uLayout), scales(uContent));
-    id(0x80);
     layout.value(uint8_t{0});
     tags(layout, uLayout >= uTags, false);
+    transform(layout, scales(uLayout), scales(uContent));
+    id(0x80);
+    layout.value(uint8_t{2}).text8("Bark").value(0xFF332211u).text8("Leaf").value(0x80AABBCCu);
+    tags(layout, uLayout >= uTags, uContent >= uTags);
 }
 
 void blueprint(Layout& layout, uint32_t uLayout, uint32_t uContent)
 {
-    for (const char* pText : {"$GAME_DATA/Blueprints/Hut.blueprint", "?JB:{}"})
+    for (const char* pText : {"?JB:{}", "$GAME_DATA/Blueprints/Hut.blueprint"})
     {
         if (layout.isBig())
         {
@@ -191,7 +191,7 @@ void prefab(Layout& layout, uint32_t uLayout, uint32_t uContent)
             return uVersion >= 5 ? Scales::Three : Scales::One;
         return uVersion >= 9 ? Scales::Three : Scales::None;
     };
-    for (const uint32_t uFlags : {0x80000002u, 0u})
+    for (const uint32_t uFlags : {0u, 0x80000002u})
     {
         if (!bPrefab)
             transform(layout, scales(uLayout), scales(uContent));
@@ -281,4 +281,11 @@ const std::vector<Codec>& codecs()
         prefabCodec<VoxelMeshRecord>("PrefabVoxelMesh", 8, voxelMesh),
     };
     return s_vecCodecs;
+}
+
+const Codec& codec(std::string_view sName)
+{
+    const auto it = std::ranges::find(codecs(), sName, &Codec::sName);
+    require(it != codecs().end());
+    return *it;
 }

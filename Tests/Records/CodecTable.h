@@ -110,7 +110,8 @@ struct Codec
     bool bPrefab = false;
     uint32_t uFirstVersion = 1;
 
-    /// The sample list as a version lays it out, with what another version could hold of it.
+    /// The sample list as a version lays it out, with what another version could hold of it. Its
+    /// records stand in the order of their bytes.
     std::function<Packed(uint32_t uLayout, uint32_t uContent)> fnSample;
 
     /// Reads a list and writes it again; nullopt when it is refused. Aborts when a refusal
@@ -130,3 +131,4 @@ struct Codec
 constexpr uint32_t SampleCount = 2;
 
 [[nodiscard]] const std::vector<Codec>& codecs();
+[[nodiscard]] const Codec& codec(std::string_view sName);

@@ -30,13 +30,8 @@ std::vector<Record> read(std::span<const std::byte> spanBytes, const CellList& l
 
 std::string sample(std::string_view sCodec, uint32_t uVersion)
 {
-    for (const Codec& codec : codecs())
-        if (codec.sName == sCodec)
-        {
-            const Packed packed = codec.fnSample(uVersion, uVersion);
-            return {reinterpret_cast<const char*>(packed.vecBytes.data()), packed.vecBytes.size()};
-        }
-    return {};
+    const Packed packed = codec(sCodec).fnSample(uVersion, uVersion);
+    return {reinterpret_cast<const char*>(packed.vecBytes.data()), packed.vecBytes.size()};
 }
 
 template <class Record>
@@ -50,7 +45,7 @@ TEST(Records, coloursKeepTheOrderOfTheirKind)
 {
     EXPECT_EQ(readSample<HarvestableRecord>("Harvestable", 13)[0].uColor, 0x11223344u);
     EXPECT_EQ(readSample<DecalRecord>("Decal", 13)[0].uColor, 0x44332211u);
-    EXPECT_EQ(readSample<AssetRecord>("Asset", 13)[0].mapColors.find("Bark")->second, 0xFF332211u);
+    EXPECT_EQ(readSample<AssetRecord>("Asset", 13)[1].mapColors.find("Bark")->second, 0xFF332211u);
     const std::string sPrefab = sample("PrefabHarvestable", 10);
     BitStream stream(sPrefab.data(), sPrefab.size(), false);
     std::vector<HarvestableRecord> vecRecords;
