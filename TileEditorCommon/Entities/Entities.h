@@ -183,6 +183,7 @@ private:
     };
 
     void append(const Entity& entity);
+    void markSetChanged(const EntityTypeI& type);
     void refreshPlace(size_t uIndex);
     [[nodiscard]] ShapeSphere shapeSphere(const Entity& entity) const;
     void unselect(const Entity& entity);
