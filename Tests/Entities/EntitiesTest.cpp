@@ -169,6 +169,29 @@ TEST_F(EntitiesTest, outOfBoundsTakesTheEdgeInAndTheOpenTilesWithoutGroundAll)
     EXPECT_FALSE(isOut({-900.0f, 64.0f, 0.0f}));
 }
 
+TEST_F(EntitiesTest, hiddenThingsAreNeitherPickedNorLeftHiddenToTheNextOfTheirPlace)
+{
+    const PickRay ray{{1.0f, 1.0f, 100.0f}, {0.0f, 0.0f, -1.0f}, 4000.0f};
+    const Entity first = world.add({1.0f, 1.0f, 0.0f});
+    const Entity last = world.add({30.0f, 1.0f, 0.0f});
+    entities.select(first, false);
+    entities.hideSelected();
+    EXPECT_TRUE(entities.selected().empty());
+    EXPECT_FALSE(entities.pick(ray));
+    entities.setPivot(first, entities.pivot(first));
+    EXPECT_FALSE(entities.pick(ray)) << "a move keeps it hidden";
+
+    entities.removeEntity(first, false); // the last one takes its place
+    Transform place;
+    place.position = {1.0f, 1.0f, 0.0f};
+    entities.setPivot(last, place);
+    EXPECT_EQ(entities.pick(ray), last);
+    entities.select(last, false);
+    entities.hideSelected();
+    entities.showHidden();
+    EXPECT_EQ(entities.pick(ray), last);
+}
+
 // Picking
 
 TEST(PickList, coneOpensWithDistance)

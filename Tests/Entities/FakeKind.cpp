@@ -138,7 +138,6 @@ void FakeWorld::restore(const std::vector<std::pair<SectionKey, Stored>>& vecSta
 {
     entities.beginRestore();
     for (const auto& [key, stored] : vecState)
-        if (stored.uCount > 0)
-            entities.restoreSection(key, stored.vecBytes, stored.uCount, tile::VersionCurrent);
+        entities.restoreSection(key, stored.vecBytes, stored.uCount, tile::VersionCurrent);
     entities.endRestore(bSelect);
 }

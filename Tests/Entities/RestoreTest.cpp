@@ -76,18 +76,18 @@ TEST_F(RestoreTest, twinsAreCountedOneByOne)
     EXPECT_TRUE(entities.restored().empty());
 }
 
-TEST_F(RestoreTest, whatNoSectionHoldsGoesAndWhatIsKeptStays)
+TEST_F(RestoreTest, onlyNamedSectionsChangeAndWhatStandsOutsideGoes)
 {
     const Entity outside = world.add({-5.0f, 1.0f, 0.0f});
-    const Entity kept = world.add({1.0f, 1.0f, 0.0f});
-    const Entity unnamed = world.add({100.0f, 1.0f, 0.0f});
-    const Entity otherLevel = world.add({1.0f, 1.0f, 0.0f}, 2000);
-    entities.select(kept, false);
+    const Entity unnamed = world.add({1.0f, 1.0f, 0.0f});
+    const Entity emptied = world.add({100.0f, 1.0f, 0.0f});
+    const Entity otherLevel = world.add({100.0f, 1.0f, 0.0f}, 2000);
+    entities.select(unnamed, false);
     entities.beginRestore();
-    entities.keepSection({tile::SectionGroup::Assets, 0, 0});
+    entities.restoreSection({tile::SectionGroup::Assets, 1, 0}, {}, 0, tile::VersionCurrent);
     entities.endRestore(true);
-    EXPECT_THAT(livingIds(entities), UnorderedElementsAre(kept.uId));
-    EXPECT_FALSE(entities.exists(outside) || entities.exists(unnamed) || entities.exists(otherLevel));
+    EXPECT_THAT(livingIds(entities), UnorderedElementsAre(unnamed.uId, otherLevel.uId));
+    EXPECT_FALSE(entities.exists(outside) || entities.exists(emptied));
     EXPECT_TRUE(entities.selected().empty());
 }
 
