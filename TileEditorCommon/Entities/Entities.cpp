@@ -120,7 +120,10 @@ Entity Entities::createEntity(EntityCreateArgs args)
     const std::span<const uint64_t> spanStack(&uPathHash, m_tile.sPath.empty() ? 0 : 1);
     const Entity entity = spawn(std::move(args), spanStack);
     if (entity)
+    {
         append(entity);
+        markSetChanged(*entity.pType);
+    }
     m_sink.markInterfaceDirty(0);
     return entity;
 }
@@ -191,6 +194,14 @@ void Entities::removeEntity(const Entity& entity, bool bRemoveLinks)
     m_mapEntityIndex.erase(removed.uId);
     --m_arrCounts[removed.pType->getTypeId()];
     ++m_uRevision;
+    markSetChanged(*removed.pType);
+}
+
+/// Kinds that no file holds mark what they need themselves.
+void Entities::markSetChanged(const EntityTypeI& type)
+{
+    if (entityTraits(type.getTypeId()).uLists > 0)
+        m_sink.markChanged(ChangeEntitySet);
 }
 
 void Entities::removeSelected()

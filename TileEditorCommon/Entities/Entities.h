@@ -234,6 +234,7 @@ private:
     };
 
     void append(const Entity& entity);
+    void markSetChanged(const EntityTypeI& type);
     Entity placeHelper(const Entity& helper, EntityTypeId eId, const Transform& transform);
     void refreshPlace(size_t uIndex);
     [[nodiscard]] Place placeOf(const Entity& entity) const;
