@@ -185,6 +185,24 @@ bool BitStream::readAlignedBytes(void* pOut, uint32_t numberOfBytesToRead)
     return false;
 }
 
+bool BitStream::viewAlignedBytes(std::span<const std::byte>& spanOut, uint32_t uBytes)
+{
+    const uint32_t uAligned = wholeBytes(m_uReadOffset) * 8;
+    if (uAligned > m_uBitsUsed || uBytes > (m_uBitsUsed - uAligned) / 8)
+        return false;
+    spanOut = bytes().subspan(uAligned / 8, uBytes);
+    m_uReadOffset = uAligned + uBytes * 8;
+    return true;
+}
+
+bool BitStream::setReadOffset(uint32_t uBits)
+{
+    if (uBits > m_uBitsUsed)
+        return false;
+    m_uReadOffset = uBits;
+    return true;
+}
+
 void BitStream::writeBool(bool bValue)
 {
     const uint8_t uBit = bValue;
