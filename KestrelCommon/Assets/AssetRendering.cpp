@@ -66,9 +66,10 @@ bool AssetRendering::addAsset(std::unique_ptr<Asset> pAsset)
         if (pInstance && pInstance->pAsset == pOld.get())
         {
             const bool bSelected = pInstance->bSelected;
+            const bool bShown = pInstance->uInstanceSlot != s_uNone;
             unplace(*pInstance);
             pInstance->pAsset = &asset;
-            place(*pInstance);
+            setShown(*pInstance, bShown);
             setHighlighted(*pInstance, bSelected);
         }
     m_world.removeRenderable(pOld->uRenderable);
@@ -147,7 +148,7 @@ void AssetRendering::unplace(AssetInstance& instance)
 void AssetRendering::setInstanceTransform(AssetInstance& instance, const Transform& transform)
 {
     instance.transform = transform;
-    m_world.setTransform(instance.uInstanceSlot, transform);
+    m_world.setTransform(instance.uInstanceSlot, transform); // nothing while it isn't shown
     if (instance.bSelected)
         m_world.moveHighlight(instance.pAsset->uWireframeRenderable, instance.uWireframeIndex, transform);
 }
@@ -155,6 +156,16 @@ void AssetRendering::setInstanceTransform(AssetInstance& instance, const Transfo
 void AssetRendering::updateInstanceColors(AssetInstance& instance)
 {
     m_world.setColours(instance.uInstanceSlot, coloursOf(instance.m_colorMap, *instance.pAsset->pRenderable));
+}
+
+void AssetRendering::setShown(AssetInstance& instance, bool bShown)
+{
+    if (bShown == (instance.uInstanceSlot != s_uNone))
+        return;
+    if (bShown)
+        place(instance);
+    else
+        unplace(instance);
 }
 
 void AssetRendering::setHighlighted(AssetInstance& instance, bool bHighlighted)
