@@ -155,18 +155,27 @@ struct TextProvider : CellObjectProviderI
             uPlace += 1 + static_cast<size_t>(spanRecords[uPlace]);
         return uPlace;
     }
-    void beginRead(bool, bool, bool) override { mapTexts.clear(); }
-    void readRecords(std::span<const std::byte> spanRecords, uint32_t, const ObjectCell& cell,
-                     uint32_t) override
+    void beginRead(const ObjectReadMode& mode) override
     {
+        setRead.clear();
+        if (!mode.bRestoring)
+            mapTexts.clear();
+    }
+    void readRecords(const ObjectSection& section) override
+    {
+        setRead.insert(section.cell.uIndex);
+        std::vector<std::string>& vecTexts = mapTexts[section.cell.uIndex];
+        vecTexts.clear();
+        const auto spanRecords = section.spanRecords;
         for (size_t uPlace = 0; uPlace < spanRecords.size();
              uPlace += 1 + static_cast<size_t>(spanRecords[uPlace]))
-            mapTexts[cell.uIndex].emplace_back(reinterpret_cast<const char*>(spanRecords.data()) + uPlace + 1,
-                                               static_cast<size_t>(spanRecords[uPlace]));
+            vecTexts.emplace_back(reinterpret_cast<const char*>(spanRecords.data()) + uPlace + 1,
+                                  static_cast<size_t>(spanRecords[uPlace]));
     }
     void endRead() override {}
 
     std::map<size_t, std::vector<std::string>> mapTexts;
+    std::set<size_t> setRead; ///< cells named by the last read
     std::string sPrepared;
     uint64_t uRevision = 0;
     int iReleased = 0;
@@ -189,16 +198,34 @@ TEST_F(TileObjectsTest, aProviderFillsAndReadsItsSections)
     EXPECT_TRUE(world.tile.pushState(false));
     world.tile.undo();
     EXPECT_EQ(provider.mapTexts[1], std::vector<std::string>{"third"});
+    EXPECT_EQ(provider.setRead, std::set<size_t>{1}) << "the other cell's section is known";
     world.tile.redo();
     EXPECT_EQ(provider.mapTexts[1], (std::vector<std::string>{"third", "fourth"}));
     EXPECT_EQ(provider.mapTexts[0], (std::vector<std::string>{"first", "second"}));
+
+    // A section that is in one state alone goes and comes; what was read needn't be written again.
+    provider.mapTexts[0].clear();
+    ++provider.uRevision;
+    EXPECT_TRUE(world.tile.pushState(false));
+    world.tile.undo();
+    EXPECT_EQ(provider.mapTexts[0].size(), 2u);
+    world.tile.redo();
+    EXPECT_TRUE(provider.mapTexts[0].empty());
+    EXPECT_EQ(provider.setRead, std::set<size_t>{0});
+    provider.iAsked = 0;
+    EXPECT_FALSE(world.tile.pushState(false));
+    EXPECT_EQ(provider.iAsked, 0);
+    world.tile.restoreState(true, true);
+    EXPECT_EQ(provider.setRead, (std::set<size_t>{0, 1}));
+    provider.mapTexts[0] = {"first"};
+    ++provider.uRevision;
 
     // A record that reaches past its section.
     ImageBuilder builder(TileWorld(2, 1).tile.write(tile::WriteFinal));
     builder.add(0, tile::SectionGroup::Nodes, 0, 1, std::string("\7short"));
     EXPECT_FALSE(read(builder.image()));
     EXPECT_TRUE(log.has("ASSERT: 'uReadSize == h.nodeSize'"));
-    EXPECT_EQ(provider.mapTexts[0].size(), 2u);
+    EXPECT_EQ(provider.mapTexts[0].size(), 1u);
 }
 
 TEST_F(TileObjectsTest, withoutGroundObjectsAreWrittenOnce)

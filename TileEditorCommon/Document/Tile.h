@@ -127,7 +127,11 @@ private:
     [[nodiscard]] TileState assemble(std::vector<CellParts>& vecParts) const;
     void takeIdentity(const CheckedImage& checked, const std::string& sDirectory, const std::string& sName);
     void takeGround(const CheckedImage& checked, bool bRestoring);
-    void takeObjects(const CheckedImage& checked, bool bRestoring, bool bClearSelection, bool bKeepIds);
+    void takeObjects(const CheckedImage& checked, const ObjectReadMode& mode);
+    void addEmptied(const CheckedImage& checked, const ObjectReadMode& mode,
+                    std::vector<CheckedSection>& vecRead);
+    [[nodiscard]] bool isKnown(size_t uCell, const tile::SectionGroupInfo& group, uint32_t uElement,
+                               std::span<const std::byte> spanBytes);
     void adoptSections(const CheckedImage& checked, const CheckedSection& section, uint64_t uRevision);
     [[nodiscard]] bool prepareFile(const std::string& name, const std::string& directory, uint32_t flags,
                                    PreparedFile& file);

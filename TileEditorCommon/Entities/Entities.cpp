@@ -15,6 +15,13 @@
 namespace tilebuilder
 {
 
+namespace
+{
+
+constexpr uint32_t s_uHiddenGroup = 0x80000000; ///< no view mask shows it
+
+} // namespace
+
 Entities::Entities(EditorSinkI& sink, EditorToolState& tools) : m_sink(sink), m_tools(tools) {}
 
 Entities::~Entities()
@@ -68,6 +75,8 @@ void Entities::clear()
     m_pickList.clear();
     m_vecSpheres.clear();
     m_vecRestored.clear();
+    m_setHidden.clear();
+    m_grid = m_character = NullEntity;
     m_arrCounts = {};
     m_index.reset(m_tile.iCellsX, m_tile.iCellsY, m_tile.uType == tile::TypeGround);
     ++m_uRevision;
@@ -157,6 +166,7 @@ void Entities::removeEntity(const Entity& entity, bool bRemoveLinks)
     unselect(removed);
     removed.pType->remove(removed.uId, bRemoveLinks);
     m_index.remove(removed.uId);
+    m_setHidden.erase(removed.uId);
     m_vecEntities[uHole] = m_vecEntities.back();
     m_vecSpheres[uHole] = m_vecSpheres.back();
     m_pickList.remove(uHole);
@@ -343,7 +353,8 @@ std::optional<RayHit> Entities::castShapes(const glm::vec3& from, const glm::vec
         if (glm::dot(beside, beside) > sphere.radius * sphere.radius)
             continue;
         const Entity& entity = m_vecEntities[i];
-        if (setIgnored.contains(entity.uId) || !isShown(entity.pType->getFilterFlag(), m_tools.viewMask))
+        if (setIgnored.contains(entity.uId) || isHidden(entity.uId) ||
+            !isShown(entity.pType->getFilterFlag(), m_tools.viewMask))
             continue;
         const EntityShapesI* pShapes = m_arrKinds[entity.pType->getTypeId()].pShapes;
         const auto hit = pShapes->castRay(entity.uId, from, to);
@@ -351,6 +362,62 @@ std::optional<RayHit> Entities::castShapes(const glm::vec3& from, const glm::vec
             nearest = hit;
     }
     return nearest;
+}
+
+// The helpers of a tile, and hiding
+
+void Entities::placeGrid(const Transform& transform)
+{
+    m_grid = placeHelper(grid(), EntityTypeId_Grid, transform);
+}
+
+void Entities::placeCharacter(const Transform& transform)
+{
+    m_character = placeHelper(character(), EntityTypeId_Character, transform);
+}
+
+Entity Entities::placeHelper(const Entity& helper, EntityTypeId eId, const Transform& transform)
+{
+    if (helper)
+    {
+        helper.pType->setOriginTransform(helper.uId, transform);
+        return helper;
+    }
+    EntityCreateArgs args;
+    args.eTypeId = eId;
+    args.transform = transform;
+    return createEntity(std::move(args));
+}
+
+void Entities::hideSelected()
+{
+    const std::vector<Entity> vecHidden(m_vecSelected);
+    clearSelection();
+    for (const Entity& entity : vecHidden)
+    {
+        const auto itIndex = m_mapEntityIndex.find(entity.uId);
+        if (itIndex == m_mapEntityIndex.end() || !m_setHidden.insert(entity.uId).second)
+            continue;
+        m_pickList.setGroup(itIndex->second, s_uHiddenGroup);
+        if (const auto& fnShow = m_arrKinds[entity.pType->getTypeId()].fnShow)
+            fnShow(entity.uId, false);
+    }
+    ++m_uRevision;
+}
+
+void Entities::showHidden()
+{
+    for (const uint32_t uId : m_setHidden)
+    {
+        const size_t uIndex = m_mapEntityIndex.at(uId);
+        const Entity& entity = m_vecEntities[uIndex];
+        m_pickList.setGroup(uIndex, entity.pType->getFilterFlag());
+        if (const auto& fnShow = m_arrKinds[entity.pType->getTypeId()].fnShow)
+            fnShow(uId, true);
+    }
+    m_setHidden.clear();
+    ++m_uRevision;
+    m_sink.markInterfaceDirty(0);
 }
 
 // Stored form

@@ -27,6 +27,7 @@ struct EntityKind
     std::vector<std::unique_ptr<EntityRecordsI>> vecRecords; ///< one for each stored list, in their order
     const EntityShapesI* pShapes = nullptr;                  ///< null: no ray meets it; often the type itself
     std::function<bool(uint32_t uId)> fnLocked;              ///< empty: all can be picked and selected
+    std::function<void(uint32_t uId, bool bShow)> fnShow;    ///< takes its look out of the view and back
 };
 
 /// What the container must know of the open document.
@@ -113,6 +114,25 @@ public:
     /// The world's box of the entity's own box; a point when it has none.
     [[nodiscard]] Aabb worldBox(const Entity& entity) const;
 
+    /// Moves and turns go to whole steps.
+    [[nodiscard]] bool isSnapping() const { return m_bSnapping; }
+    void setSnapping(bool bSnapping) { m_bSnapping = bSnapping; }
+
+    // The two helpers of a tile, each the null entity while there is none
+
+    [[nodiscard]] Entity grid() const { return exists(m_grid) ? m_grid : NullEntity; }
+    [[nodiscard]] Entity character() const { return exists(m_character) ? m_character : NullEntity; }
+    /// Made when there is none, else moved.
+    void placeGrid(const Transform& transform);
+    void placeCharacter(const Transform& transform);
+
+    // Hiding single entities from the view and from picking; never stored
+
+    void hideSelected();
+    void showHidden();
+    [[nodiscard]] bool isHidden(uint32_t uId) const { return m_setHidden.contains(uId); }
+    [[nodiscard]] bool anyHidden() const { return !m_setHidden.empty(); }
+
     // Selection, in the order of selecting; the last one is active
 
     void select(const Entity& entity, bool bAdd);
@@ -143,12 +163,12 @@ public:
     /// After the last cell of an image.
     void releaseSave();
 
-    // Restoring a state: what is the same lives on. Sections that are named neither way are empty.
+    // Restoring a state: what is the same lives on. Sections that aren't named stay as they are, and
+    // what stands outside of all cells goes, since no state holds it.
 
     void beginRestore();
-    /// The section is as the index holds it.
-    void keepSection(const SectionKey& key);
-    /// The section as the state holds it; the bytes are borrowed until endRestore().
+    /// The section as the state holds it, perhaps without records; the bytes are borrowed until
+    /// endRestore().
     void restoreSection(const SectionKey& key, std::span<const std::byte> spanRecords, uint32_t uCount,
                         uint32_t uVersion);
     /// bSelect: what had to be made anew becomes the selection.
@@ -183,6 +203,7 @@ private:
     };
 
     void append(const Entity& entity);
+    Entity placeHelper(const Entity& helper, EntityTypeId eId, const Transform& transform);
     void refreshPlace(size_t uIndex);
     [[nodiscard]] ShapeSphere shapeSphere(const Entity& entity) const;
     void unselect(const Entity& entity);
@@ -211,10 +232,12 @@ private:
     std::unordered_set<uint32_t> m_setSelected;
     std::function<void()> m_fnSelecting;
     bool m_bTransformAroundOrigin = false;
+    bool m_bSnapping = false;
+    std::unordered_set<uint32_t> m_setHidden;
+    Entity m_grid;
+    Entity m_character;
 
-    bool m_bRestoring = false;
-    std::vector<PendingSection> m_vecPending;
-    std::vector<SectionKey> m_vecKept;
+    std::vector<PendingSection> m_vecPending; ///< of the state that is being restored
     std::vector<Entity> m_vecRestored;
 };
 

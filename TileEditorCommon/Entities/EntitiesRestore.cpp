@@ -64,15 +64,8 @@ private:
 void Entities::beginRestore()
 {
     clearSelection();
-    m_bRestoring = true;
     m_vecPending.clear();
-    m_vecKept.clear();
     m_vecRestored.clear();
-}
-
-void Entities::keepSection(const SectionKey& key)
-{
-    m_vecKept.push_back(key);
 }
 
 void Entities::restoreSection(const SectionKey& key, std::span<const std::byte> spanRecords, uint32_t uCount,
@@ -126,62 +119,31 @@ Entities::SectionDifference Entities::difference(const PendingSection& state) co
 
 void Entities::endRestore(bool bSelect)
 {
-    // One task a stored list, each over its own sections; the lists share nothing.
-    struct ListTask
-    {
-        tile::SectionGroup eGroup;
-        std::vector<SectionDifference> vecDifferences;
-    };
-    std::vector<ListTask> vecTasks;
+    // What stands outside of all cells is in no state.
     for (const EntityTraits& traits : entityTraits())
         for (const StoredList& list : traits.lists())
-            if (records(list.eGroup))
-                vecTasks.push_back({list.eGroup, {}});
-    const auto sectionNumber = [](const SectionKey& key)
-    { return key.uCell * CellIndex::s_uLevels + key.uLevel; };
-
-    tbb::parallel_for(size_t{0}, vecTasks.size(),
-                      [&](size_t uTask)
-                      {
-                          ListTask& task = vecTasks[uTask];
-                          // What the state doesn't name is empty there, and nothing outside of all cells is
-                          // stored.
-                          std::vector<PendingSection> vecStates((m_index.cells() + 1) * CellIndex::s_uLevels);
-                          std::vector<bool> vecKept(vecStates.size());
-                          for (const SectionKey& key : m_vecKept)
-                              if (key.eGroup == task.eGroup)
-                                  vecKept[sectionNumber(key)] = true;
-                          for (const PendingSection& state : m_vecPending)
-                              if (state.key.eGroup == task.eGroup)
-                                  vecStates[sectionNumber(state.key)] = state;
-                          for (uint32_t i = 0; i < vecStates.size(); ++i)
-                          {
-                              PendingSection& state = vecStates[i];
-                              state.key = {task.eGroup, i / CellIndex::s_uLevels, i % CellIndex::s_uLevels};
-                              if (state.uVersion == 0)
-                                  state.uVersion = tile::VersionCurrent;
-                              if (!vecKept[i] &&
-                                  (state.uCount > 0 || !m_index.ids(StoredForm::Plain, state.key).empty()))
-                                  task.vecDifferences.push_back(difference(state));
-                          }
-                      });
-
-    for (ListTask& task : vecTasks)
-        for (SectionDifference& change : task.vecDifferences)
-            for (EntityCreateArgs& args : change.vecNew)
+            for (uint32_t uLevel = 0; uLevel < CellIndex::s_uLevels; ++uLevel)
             {
-                args.bStored = true;
-                if (const Entity entity = createEntity(std::move(args)))
-                    m_vecRestored.push_back(entity);
+                const SectionKey key{list.eGroup, m_index.outside(), uLevel};
+                if (!m_index.ids(StoredForm::Plain, key).empty())
+                    m_vecPending.push_back({key, {}, 0, tile::VersionCurrent});
             }
-    for (const ListTask& task : vecTasks)
-        for (const SectionDifference& change : task.vecDifferences)
-            for (const uint32_t uId : change.vecGone)
-                removeEntity(find(uId), false);
-
-    m_bRestoring = false;
+    // Sections share nothing: each is compared by a task of its own.
+    std::vector<SectionDifference> vecDifferences(m_vecPending.size());
+    tbb::parallel_for(size_t{0}, m_vecPending.size(),
+                      [&](size_t i) { vecDifferences[i] = difference(m_vecPending[i]); });
     m_vecPending.clear();
-    m_vecKept.clear();
+
+    for (SectionDifference& change : vecDifferences)
+        for (EntityCreateArgs& args : change.vecNew)
+        {
+            args.bStored = true;
+            if (const Entity entity = createEntity(std::move(args)))
+                m_vecRestored.push_back(entity);
+        }
+    for (const SectionDifference& change : vecDifferences)
+        for (const uint32_t uId : change.vecGone)
+            removeEntity(find(uId), false);
     if (bSelect)
         selectMany(m_vecRestored);
 }

@@ -30,6 +30,7 @@ public:
     void reserve(size_t uCount);
     void add(const glm::vec3& position, uint32_t uGroup);
     void move(size_t uIndex, const glm::vec3& position);
+    void setGroup(size_t uIndex, uint32_t uGroup) { m_vecGroup[uIndex] = uGroup; }
     /// The last one takes the place of the one that goes.
     void remove(size_t uIndex);
 
