@@ -34,6 +34,8 @@ public:
     virtual void toggleStatusOverlay() = 0;
     virtual void showTileSettingsWindow(bool bShow) = 0;
     [[nodiscard]] virtual bool isTileSettingsVisible() const = 0;
+    virtual void toggleOutliner() {}
+    [[nodiscard]] virtual bool isOutlinerVisible() const { return false; }
 
     /// Reads the editor object and sets every widget anew; bits of ChangeMask.
     virtual void refresh(uint32_t uMask) = 0;
