@@ -34,6 +34,8 @@ public:
     virtual void toggleStatusOverlay() = 0;
     virtual void showTileSettingsWindow(bool bShow) = 0;
     [[nodiscard]] virtual bool isTileSettingsVisible() const = 0;
+    virtual void toggleOutliner() {}
+    [[nodiscard]] virtual bool isOutlinerVisible() const { return false; }
 
     /// The right-click menu of the entity tool, at a client pixel.
     virtual void showEntityMenu(int /*iX*/, int /*iY*/) {}
