@@ -1,1 +1,1 @@
-qm_tests(EntitiesTests Entities ROOMS TileEditorCommon / Entities)
+qm_tests(EntitiesTests Entities ROOMS TileEditorCommon/Entities)

@@ -20,12 +20,15 @@
 namespace tilebuilder
 {
 
+class EntityColorsI;
+
 /// A kind of entities with all that the container needs of it.
 struct EntityKind
 {
     std::unique_ptr<EntityTypeI> pType;
     std::vector<std::unique_ptr<EntityRecordsI>> vecRecords; ///< one for each stored list, in their order
     const EntityShapesI* pShapes = nullptr;                  ///< null: no ray meets it; often the type itself
+    EntityColorsI* pColors = nullptr;       ///< null: it has none to copy; often the type itself
     std::function<bool(uint32_t uId)> fnLocked;              ///< empty: all can be picked and selected
     std::function<void(uint32_t uId, bool bShow)> fnShow;    ///< takes its look out of the view and back
 };
@@ -58,6 +61,8 @@ public:
     /// Null for a kind that isn't there.
     [[nodiscard]] EntityTypeI* type(EntityTypeId eId) const { return m_arrKinds[eId].pType.get(); }
     [[nodiscard]] const EntityRecordsI* records(tile::SectionGroup eGroup) const;
+    /// Null for a kind without colours of its own.
+    [[nodiscard]] EntityColorsI* colors(EntityTypeId eId) const { return m_arrKinds[eId].pColors; }
     /// The type by its class, which names its id as s_eTypeId; must be there.
     template <typename Type>
     [[nodiscard]] Type& typed() const
@@ -144,6 +149,10 @@ public:
     [[nodiscard]] std::span<const Entity> selected() const { return m_vecSelected; }
     [[nodiscard]] bool isSelected(uint32_t uId) const { return m_setSelected.contains(uId); }
     [[nodiscard]] Entity active() const { return m_vecSelected.empty() ? NullEntity : m_vecSelected.back(); }
+    /// Calls with the pivot of each that exists and writes back what changed. One that can't be
+    /// scaled keeps its scale, whatever is asked.
+    void forEachSelected(const std::function<void(Transform& pivot)>& fnChange);
+    void forEachSelectedWithEntity(const std::function<void(Transform& pivot, const Entity&)>& fnChange);
     /// Called when another entity is selected: windows empty their search there.
     void onSelecting(std::function<void()> fnSelecting) { m_fnSelecting = std::move(fnSelecting); }
 
