@@ -13,13 +13,14 @@ namespace tilebuilder
 namespace
 {
 
-constexpr float s_fPartOfView = 0.26f;    ///< an arrow's length to half the height of the view
-constexpr float s_fLeastSize = 0.01f;     ///< metres
-constexpr float s_fEndOnAxis = 0.985f;    ///< cosine to the view from which an axis is seen end-on
-constexpr float s_fEdgeOnPlane = 0.12f;   ///< cosine of its normal below which a plane is seen edge-on
-constexpr float s_fEdgeOnRing = 0.15f;    ///< same for the plane in which a ring's angle is measured
-constexpr float s_fParallel = 1e-4f;      ///< squared sine of ray and line below which they have no measure
-constexpr float s_fLeastDistance = 1e-6f; ///< metres from the centre at which a ratio still has a meaning
+constexpr float s_fPartOfView = 0.26f;  ///< an arrow's length to half the height of the view
+constexpr float s_fLeastSize = 0.01f;   ///< metres
+constexpr float s_fEndOnAxis = 0.985f;  ///< cosine to the view from which an axis is seen end-on
+constexpr float s_fEdgeOnPlane = 0.12f; ///< cosine of its normal below which a plane is seen edge-on
+constexpr float s_fEdgeOnRing = 0.15f;  ///< same for the plane in which a ring's angle is measured
+constexpr float s_fParallel = 1e-4f;    ///< squared sine of ray and line below which they have no measure
+constexpr float s_fLeastDistance =
+    1e-3f; ///< sizes of the tool from the centre at which a ratio has a meaning
 
 float snapped(float fValue, float fStep)
 {
@@ -31,6 +32,12 @@ glm::vec3 unit(int iAxis)
     glm::vec3 axis(0.0f);
     axis[iAxis] = 1.0f;
     return axis;
+}
+
+/// The ray of the same eye and length through a point.
+ToolRay rayThrough(const glm::vec3& point, const ToolRay& ray)
+{
+    return {ray.start, ray.start + glm::normalize(point - ray.start) * glm::length(ray.end - ray.start)};
 }
 
 /// Where a ray meets a triangle, seen from either side, as a part of the ray; nothing when it misses.
@@ -135,27 +142,42 @@ std::optional<glm::vec3> TransformTool::onPlane(const glm::vec3& origin, const g
     return ray.start + along * fPart;
 }
 
-/// The angle between the two points of a ring, radians. A ring that is seen edge-on is measured
+/// How far along an axis the mouse went since it took the handle, from where and to where, metres from
+/// the centre.
+std::optional<std::pair<float, float>> TransformTool::alongAxis(int iAxis, const glm::vec3& dragPoint,
+                                                                const ToolRay& ray) const
+{
+    const auto fFrom = alongLine(m_pose.centre, m_pose.axis(iAxis), rayThrough(dragPoint, ray));
+    const auto fTo = alongLine(m_pose.centre, m_pose.axis(iAxis), ray);
+    if (!fFrom || !fTo)
+        return std::nullopt;
+    return std::pair(*fFrom, *fTo);
+}
+
+/// The angle between the two places of a ring, radians. A ring that is seen edge-on is measured
 /// along its tangent.
 std::optional<float> TransformTool::aroundAxis(int iAxis, const glm::vec3& dragPoint,
                                                const ToolRay& ray) const
 {
     const glm::vec3 axis = m_pose.axis(iAxis);
     const glm::vec3 offset = dragPoint - m_pose.centre;
-    const glm::vec3 from = offset - axis * glm::dot(offset, axis);
-    const float fRadius = glm::length(from);
-    if (!(fRadius > s_fLeastDistance))
-        return std::nullopt;
     if (std::abs(glm::dot(glm::normalize(ray.start - dragPoint), axis)) < s_fEdgeOnRing)
     {
-        const auto fWay = alongLine(dragPoint, glm::cross(axis, from) / fRadius, ray);
+        const glm::vec3 radius = offset - axis * glm::dot(offset, axis);
+        const float fRadius = glm::length(radius);
+        if (!(fRadius > s_fLeastDistance * m_pose.size))
+            return std::nullopt;
+        const auto fWay = alongLine(dragPoint, glm::cross(axis, radius) / fRadius, ray);
         return fWay ? std::optional(*fWay / fRadius) : std::nullopt;
     }
-    const auto point = onPlane(dragPoint, axis, ray);
-    if (!point)
+    const auto start = onPlane(m_pose.centre, axis, rayThrough(dragPoint, ray));
+    const auto end = onPlane(m_pose.centre, axis, ray);
+    if (!start || !end)
         return std::nullopt;
-    const glm::vec3 to = from + (*point - dragPoint);
-    if (!(glm::length(to) > s_fLeastDistance))
+    const glm::vec3 from = *start - m_pose.centre;
+    const glm::vec3 to = *end - m_pose.centre;
+    if (!(glm::length(from) > s_fLeastDistance * m_pose.size &&
+          glm::length(to) > s_fLeastDistance * m_pose.size))
         return std::nullopt;
     return std::atan2(glm::dot(axis, glm::cross(from, to)), glm::dot(from, to));
 }
@@ -163,16 +185,16 @@ std::optional<float> TransformTool::aroundAxis(int iAxis, const glm::vec3& dragP
 std::optional<TransformDelta> TransformTool::delta(uint8_t uHandle, const glm::vec3& dragPoint,
                                                    const ToolRay& ray, const Snap& snap) const
 {
-    if (uHandle >= HandleScale + 3 || ray.start == ray.end)
+    if (uHandle >= HandleScale + 3 || ray.start == ray.end || ray.start == dragPoint)
         return std::nullopt;
     const int iAxis = uHandle % 3;
     TransformDelta result;
     if (uHandle < HandlePlane)
     {
-        const auto fWay = alongLine(dragPoint, m_pose.axis(iAxis), ray);
-        if (!fWay)
+        const auto ways = alongAxis(iAxis, dragPoint, ray);
+        if (!ways)
             return std::nullopt;
-        result.translation[iAxis] = *fWay;
+        result.translation[iAxis] = ways->second - ways->first;
     }
     else if (uHandle < HandleRing)
     {
@@ -195,11 +217,10 @@ std::optional<TransformDelta> TransformTool::delta(uint8_t uHandle, const glm::v
     }
     else
     {
-        const float fStart = glm::dot(dragPoint - m_pose.centre, m_pose.axis(iAxis));
-        const auto fWay = alongLine(dragPoint, m_pose.axis(iAxis), ray);
-        if (!fWay || std::abs(fStart) < s_fLeastDistance)
+        const auto ways = alongAxis(iAxis, dragPoint, ray);
+        if (!ways || std::abs(ways->first) < s_fLeastDistance * m_pose.size)
             return std::nullopt;
-        float fFactor = std::max(0.0f, (fStart + *fWay) / fStart);
+        float fFactor = std::max(0.0f, ways->second / ways->first);
         if (snap.bOn)
             fFactor = std::round(fFactor * s_fScaleSteps) / s_fScaleSteps;
         result.scale[iAxis] = fFactor;

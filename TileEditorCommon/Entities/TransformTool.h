@@ -115,6 +115,8 @@ private:
                                                  const ToolRay& ray) const;
     [[nodiscard]] std::optional<glm::vec3> onPlane(const glm::vec3& origin, const glm::vec3& normal,
                                                    const ToolRay& ray) const;
+    [[nodiscard]] std::optional<std::pair<float, float>> alongAxis(int iAxis, const glm::vec3& dragPoint,
+                                                                   const ToolRay& ray) const;
     [[nodiscard]] std::optional<float> aroundAxis(int iAxis, const glm::vec3& dragPoint,
                                                   const ToolRay& ray) const;
 
