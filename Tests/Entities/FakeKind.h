@@ -48,7 +48,7 @@ struct FakeInstance
     uint8_t uScaleFlags = tilebuilder::ScaleCan | tilebuilder::ScaleQuarter;
     bool bByGrid = false;
     uint32_t uSelections = 0;
-    tilebuilder::EntityColors colors{{"base", 0}, {"trim", 0}};
+    tile::ColorMap colors{{"base", 0}, {"trim", 0}};
 };
 
 class FakeKind : public tilebuilder::EntityTypeI, public tilebuilder::EntityColorsI
@@ -144,15 +144,15 @@ public:
         return pInstance && pInstance->bByGrid;
     }
 
-    [[nodiscard]] tilebuilder::EntityColors getColors(uint32_t uId) const override
+    [[nodiscard]] tile::ColorMap colors(uint32_t uId) const override
     {
         return m_instances.find(uId)->colors;
     }
-    void setColors(uint32_t uId, const tilebuilder::EntityColors& colors) override
+    void setColors(uint32_t uId, const tile::ColorMap& mapColors) override
     {
         const auto edit = m_instances.edit(uId, tilebuilder::ChangeEntityValues);
         for (auto& [sName, uColor] : edit->colors)
-            if (const auto itColor = colors.find(sName); itColor != colors.end())
+            if (const auto itColor = mapColors.find(sName); itColor != mapColors.end())
                 uColor = itColor->second;
     }
 

@@ -23,7 +23,7 @@ struct ArrangedThing
 using ArrangedThings = std::span<ArrangedThing>;
 
 /// 0 to 32767.
-using RandomSource = std::function<int()>;
+using RandomSource = std::function<uint32_t()>;
 
 struct GroundPoint
 {

@@ -40,8 +40,7 @@ void EntityClipboard::copySelected()
     const Entity active = m_entities.active();
     if (!m_entities.exists(active))
         return;
-    if (const EntityColorsI* pColors = m_entities.colors(active.pType->getTypeId()))
-        m_colors = pColors->getColors(active.uId);
+    m_colors = m_entities.colors(active);
 }
 
 void EntityClipboard::pasteAt(const glm::vec3& point)
@@ -100,8 +99,7 @@ void EntityClipboard::pasteColors()
                      [](const Entity& first, const Entity& second)
                      { return first.pType->getTypeId() < second.pType->getTypeId(); });
     for (const Entity& entity : vecSorted)
-        if (EntityColorsI* pColors = m_entities.colors(entity.pType->getTypeId()))
-            pColors->setColors(entity.uId, m_colors);
+        m_entities.setColors(entity, m_colors);
     m_entities.sink().markInterfaceDirty(0);
 }
 

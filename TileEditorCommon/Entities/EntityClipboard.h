@@ -1,7 +1,7 @@
 #pragma once // What was copied, and putting it back.
 
+#include "KestrelCommon/Tile/Records/TagList.h"
 #include "TileEditorCommon/Contracts/Entity.h"
-#include "TileEditorCommon/Entities/EntityColorsI.h"
 #include "TileEditorCommon/Entities/EntityCreateArgs.h"
 
 #include <vector>
@@ -34,13 +34,13 @@ public:
         return m_vecTransforms.empty() ? nullptr : &m_vecTransforms.front();
     }
     /// Of the entity that was active then.
-    [[nodiscard]] const EntityColors& colors() const { return m_colors; }
+    [[nodiscard]] const tile::ColorMap& colors() const { return m_colors; }
 
 private:
     Entities& m_entities;
     std::vector<EntityCreateArgs> m_vecArgs;
     std::vector<Transform> m_vecTransforms;
-    EntityColors m_colors;
+    tile::ColorMap m_colors;
 };
 
 } // namespace tilebuilder

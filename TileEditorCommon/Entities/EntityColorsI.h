@@ -1,25 +1,22 @@
-#pragma once // Colours of entities that can be copied from one to another.
+#pragma once // Colours of entities, for those who copy, paste and pick them.
+
+#include "KestrelCommon/Tile/Records/TagList.h"
 
 #include <cstdint>
-#include <map>
-#include <string>
 
 namespace tilebuilder
 {
 
-/// By name. Packed with red in the lowest byte, alpha in the highest.
-using EntityColors = std::map<std::string, uint32_t>;
-
-/// For kinds that have colours of their own. Main thread only.
+/// For kinds whose instances have colours of their own. Main thread only.
 class EntityColorsI
 {
 public:
     virtual ~EntityColorsI() = default;
 
-    /// Empty for an unknown id.
-    [[nodiscard]] virtual EntityColors getColors(uint32_t uId) const = 0;
-    /// Takes those that the entity has a place for and shows them at once.
-    virtual void setColors(uint32_t uId, const EntityColors& colors) = 0;
+    /// By slot name, red in the lowest byte; empty for an unknown id.
+    [[nodiscard]] virtual tile::ColorMap colors(uint32_t uId) const = 0;
+    /// Takes those whose slot the instance has; an undo step when one of them differs.
+    virtual void setColors(uint32_t uId, const tile::ColorMap& mapColors) = 0;
 };
 
 } // namespace tilebuilder

@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 
 namespace tilebuilder
 {
@@ -205,12 +204,6 @@ EntityCommand entityCommandByAction(uint32_t uAction)
                                       [uAction](const EntityCommandInfo& info)
                                       { return info.uAction != 0 && info.uAction == uAction; });
     return itFound == s_arrCommands.end() ? C::None : itFound->eCommand;
-}
-
-RandomSource systemRandom()
-{
-    // The low bits of some generators are poor.
-    return [] { return static_cast<int>((static_cast<unsigned>(std::rand()) >> 8) & 0x7FFF); };
 }
 
 EntityCommands::EntityCommands(Entities& entities, EntityDrag& drag, EntityClipboard& clipboard,

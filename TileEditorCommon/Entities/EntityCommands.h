@@ -135,7 +135,4 @@ private:
     RandomSource m_fnRandom;
 };
 
-/// The C library's generator, brought to 0 to 32767.
-[[nodiscard]] RandomSource systemRandom();
-
 } // namespace tilebuilder
