@@ -5,6 +5,7 @@
 #include "KestrelCommon/Core/Random.h"
 #include "KestrelCommon/Services/DirectoryManager.h"
 #include "KestrelCommon/renderer/Camera.h"
+#include "KestrelCommon/renderer/InstanceWorld.h"
 #include "KestrelCommon/renderer/Renderer.h"
 #include "TileEditorCommon/Clutter/EditorTerrainClutter.h"
 #include "TileEditorCommon/Contracts/ChangeMask.h"
@@ -53,8 +54,11 @@ TileEditor::TileEditor(const EditorServices& services, bool bInfoBox, uint64_t u
     if (m_services.pRenderer && m_services.pRenderer->loadClutter(*m_pClutterDatabase))
         m_pClutter->attach(m_services.pRenderer->cullingGroups(), m_services.pRenderer->clutterTypes());
     m_pTagManager = std::make_unique<TagManager>();
+    m_pInstanceWorld = std::make_unique<rend::InstanceWorld>();
     m_pEntities = std::make_unique<Entities>(*this, m_toolState);
-    addEntityKinds(*m_pEntities, m_services);
+    addEntityKinds(*m_pEntities, *m_pInstanceWorld);
+    if (m_services.pRenderer)
+        m_services.pRenderer->setInstances(m_pInstanceWorld.get());
     m_pEntitySections = std::make_unique<EntitySections>(*m_pEntities);
     m_toolState.tool = ToolPlace;
     newTile(1);
@@ -64,6 +68,8 @@ TileEditor::~TileEditor()
 {
     closeDocument();
     m_mapCachedTileStates.clear();
+    if (m_services.pRenderer)
+        m_services.pRenderer->setInstances(nullptr);
     _Instance = nullptr;
 }
 

@@ -23,6 +23,7 @@ struct AudioListener;
 namespace rend
 {
 class GraphicsDeviceI;
+class InstanceWorld;
 class Renderer;
 } // namespace rend
 namespace resource
@@ -115,7 +116,7 @@ public:
 
     [[nodiscard]] Tile* tile() const { return m_pTile.get(); }
     [[nodiscard]] EditorTerrainSurface& surface() { return *m_pSurface; }
-    [[nodiscard]] Entities& entities() { return *m_pEntities; }
+    [[nodiscard]] Entities& entityStore() { return *m_pEntities; }
 
     // EditorActionsI
 
@@ -250,6 +251,7 @@ private:
     std::unique_ptr<tile::ClutterDatabase> m_pClutterDatabase;
     std::unique_ptr<EditorTerrainClutter> m_pClutter;
     std::unique_ptr<TagManager> m_pTagManager;
+    std::unique_ptr<rend::InstanceWorld> m_pInstanceWorld;
     std::unique_ptr<Entities> m_pEntities;
     std::unique_ptr<EntitySections> m_pEntitySections;
     std::unique_ptr<IconGenerator> m_pIconGenerator; ///< null without a device
