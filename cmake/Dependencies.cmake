@@ -13,6 +13,7 @@ pkg_check_modules(MYGUI REQUIRED IMPORTED_TARGET MYGUI)
 pkg_check_modules(BULLET REQUIRED IMPORTED_TARGET bullet)
 pkg_check_modules(EPOXY REQUIRED IMPORTED_TARGET epoxy)
 pkg_check_modules(EGL REQUIRED IMPORTED_TARGET egl)
+pkg_check_modules(LUA REQUIRED IMPORTED_TARGET luajit)
 
 find_path(FREEIMAGE_INCLUDE FreeImage.h REQUIRED)
 find_library(FREEIMAGE_LIBRARY freeimage REQUIRED)

@@ -3,6 +3,7 @@
 #include "KestrelCommon/Core/Console.h"
 #include "KestrelCommon/Resources/ModelRay.h"
 #include "TileEditorCommon/Contracts/ChangeMask.h"
+#include "TileEditorCommon/Contracts/EditorToolState.h"
 #include "TileEditorCommon/Contracts/EntityTraits.h"
 #include "TileEditorCommon/Entities/Asset/AssetArgs.h"
 #include "TileEditorCommon/Entities/Asset/AssetRecords.h"
@@ -53,6 +54,14 @@ EntityKind AssetEntityType::makeKind(std::unique_ptr<AssetEntityType> pType)
     AssetEntityType& type = *pType;
     kind.vecRecords.push_back(std::make_unique<AssetRecords>(type, type.m_host));
     kind.pShapes = &type;
+    kind.pColors = &type;
+    kind.fnFillPlacement = [](const EditorToolState& tools, EntityCreateArgs& args)
+    {
+        auto pPayload = std::make_shared<EntityCreateArgs::Asset>();
+        pPayload->uuid = tools.placementUuid;
+        args.pPayload = std::move(pPayload);
+        return !tools.placementUuid.isNil();
+    };
     kind.fnShow = [&type](uint32_t uId, bool bShow)
     {
         if (AssetInstance* pInstance = type.findInstance(uId))

@@ -2,6 +2,7 @@
 
 #include "TileEditorCommon/Contracts/Entity.h"
 #include "TileEditorCommon/Entities/Asset/AssetInstance.h"
+#include "TileEditorCommon/Entities/EntityColorsI.h"
 #include "TileEditorCommon/Entities/EntityShapesI.h"
 #include "TileEditorCommon/Entities/EntityTypeI.h"
 #include "TileEditorCommon/Entities/InstanceMap.h"
@@ -32,7 +33,10 @@ struct AssetLists
 ///
 /// Lookups by uuid log what isn't known, as their comments say; those by entity id follow EntityTypeI.
 /// Threads: as EntityTypeI.
-class AssetEntityType : public EntityTypeI, public EntityShapesI, public terrain::AssetRendering
+class AssetEntityType : public EntityTypeI,
+                        public EntityColorsI,
+                        public EntityShapesI,
+                        public terrain::AssetRendering
 {
 public:
     static constexpr EntityTypeId s_eTypeId = EntityTypeId_Asset;
@@ -112,6 +116,11 @@ public:
     bool getCloneArgs(uint32_t uId, EntityCreateArgs& args) const override;
     [[nodiscard]] uint8_t getScaleFlags(uint32_t uId) const override;
     [[nodiscard]] uint32_t getGizmo(uint32_t uId) const override;
+
+    // EntityColorsI
+
+    [[nodiscard]] tile::ColorMap colors(uint32_t uId) const override;
+    void setColors(uint32_t uId, const tile::ColorMap& mapColors) override;
 
     // EntityShapesI
 

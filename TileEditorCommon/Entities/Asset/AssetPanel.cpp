@@ -40,6 +40,18 @@ void releaseColorTool(EditorToolState& tools)
 
 } // namespace
 
+tile::ColorMap AssetEntityType::colors(uint32_t uId) const
+{
+    const EditorAssetInstance* pInstance = instance(uId);
+    return pInstance ? pInstance->m_colorMap : tile::ColorMap{};
+}
+
+void AssetEntityType::setColors(uint32_t uId, const tile::ColorMap& mapColors)
+{
+    for (const auto& [sSlot, uColor] : mapColors)
+        setColor(uId, sSlot, uColor);
+}
+
 AssetEntityType::~AssetEntityType()
 {
     releaseColorTool(m_host.tools());

@@ -3,12 +3,11 @@
 #include "KestrelCommon/Core/Assert.h"
 #include "KestrelCommon/Core/Console.h"
 #include "KestrelCommon/Tile/Records/AssetRecord.h"
+#include "KestrelCommon/Tile/Records/SortedRecords.h"
 #include "TileEditorCommon/Entities/Asset/AssetArgs.h"
 #include "TileEditorCommon/Entities/Asset/AssetEntityType.h"
 
-#include <algorithm>
 #include <glm/geometric.hpp>
-#include <numeric>
 
 namespace tilebuilder
 {
@@ -40,47 +39,19 @@ uint32_t AssetRecords::level(uint32_t uId) const
 
 void AssetRecords::write(ByteStream& stream, std::span<uint32_t> spanIds, const glm::vec3& origin) const
 {
-    struct Run
-    {
-        uint32_t uId;
-        uint32_t uStart;
-        uint32_t uSize;
-    };
-    std::vector<Run> vecRuns;
-    vecRuns.reserve(spanIds.size());
-    const uint32_t uFirst = stream.size();
-    bool bSorted = true;
-    const auto fnBefore = [&stream](const Run& a, const Run& b)
-    {
-        const int iOrder =
-            std::memcmp(stream.data() + a.uStart, stream.data() + b.uStart, std::min(a.uSize, b.uSize));
-        return iOrder != 0 ? iOrder < 0 : a.uSize < b.uSize;
-    };
+    tile::SortedRecords records(stream);
     for (const uint32_t uId : spanIds)
     {
         const EditorAssetInstance* pAssetInstance = m_type.instance(uId);
         if (!QM_ASSERT(pAssetInstance))
             continue;
-        const uint32_t uStart = stream.size();
         tile::writeRecord(stream,
                           tile::AssetView(pAssetInstance->transform, pAssetInstance->uuid,
                                           pAssetInstance->m_colorMap, pAssetInstance->setTags),
                           tile::CellPlace{origin, &m_host.inheritedTags(uId)});
-        vecRuns.push_back({uId, uStart, stream.size() - uStart});
-        bSorted = bSorted && (vecRuns.size() < 2 || !fnBefore(vecRuns.back(), vecRuns[vecRuns.size() - 2]));
+        records.end();
     }
-    if (!bSorted)
-    {
-        std::stable_sort(vecRuns.begin(), vecRuns.end(), fnBefore);
-        std::vector<std::byte> vecBytes;
-        vecBytes.reserve(stream.size() - uFirst);
-        for (const Run& run : vecRuns)
-            vecBytes.insert(vecBytes.end(), stream.data() + run.uStart,
-                            stream.data() + run.uStart + run.uSize);
-        std::memcpy(stream.data() + uFirst, vecBytes.data(), vecBytes.size());
-    }
-    for (size_t u = 0; u < vecRuns.size(); ++u)
-        spanIds[u] = vecRuns[u].uId;
+    records.finish(spanIds);
 }
 
 bool AssetRecords::split(std::span<const std::byte> spanRecords, uint32_t uCount, uint32_t uVersion,
@@ -88,8 +59,7 @@ bool AssetRecords::split(std::span<const std::byte> spanRecords, uint32_t uCount
 {
     ByteCursor cursor(spanRecords);
     tile::RecordEnds ends;
-    const tile::AssetRecord* pKind = nullptr;
-    if (!tile::checkRecords(cursor, {.uCount = uCount, .uVersion = uVersion}, pKind, &ends))
+    if (!tile::checkRecords<tile::AssetRecord>(cursor, {.uCount = uCount, .uVersion = uVersion}, &ends))
         return false;
     if (cursor.remaining() != 0)
     {
