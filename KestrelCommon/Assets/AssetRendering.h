@@ -99,6 +99,8 @@ public:
     /// After a change of the instance's colour map.
     void updateInstanceColors(AssetInstance& instance);
     void setHighlighted(AssetInstance& instance, bool bHighlighted);
+    /// Takes it out of the picture, and back.
+    void setShown(AssetInstance& instance, bool bShown);
 
 private:
     void place(AssetInstance& instance);

@@ -152,6 +152,46 @@ bool BitStream::readBits(void* pOut, uint32_t uBits)
     return true;
 }
 
+void BitStream::writeWordSlowly(uint64_t uValue, uint32_t uBits)
+{
+    // Left-aligned big-endian bytes; the last one right-aligned, as writeBits takes it.
+    std::array<uint8_t, 8> arrBytes;
+    const uint32_t uWhole = uBits / 8;
+    for (uint32_t i = 0; i < uWhole; ++i)
+        arrBytes[i] = static_cast<uint8_t>(uValue >> (uBits - 8 * (i + 1)));
+    arrBytes[uWhole] = static_cast<uint8_t>(uValue & ((1u << uBits % 8) - 1));
+    writeBits(arrBytes.data(), uBits);
+}
+
+bool BitStream::readWordSlowly(uint64_t& uValue, uint32_t uBits)
+{
+    std::array<uint8_t, 8> arrBytes{};
+    if (!readBits(arrBytes.data(), uBits))
+        return false;
+    uValue = 0;
+    for (uint32_t i = 0; i < uBits / 8; ++i)
+        uValue = uValue << 8 | arrBytes[i];
+    if (uBits % 8)
+        uValue = uValue << uBits % 8 | arrBytes[uBits / 8];
+    return true;
+}
+
+void BitStream::truncate(uint32_t uBitsUsed)
+{
+    if (!QM_ASSERT(m_bOwnsData && uBitsUsed <= m_uBitsUsed))
+        return;
+    m_uBitsUsed = uBitsUsed;
+    if (const uint32_t uPartial = uBitsUsed & 7)
+        m_pData[uBitsUsed / 8] &= static_cast<std::byte>(0xFF00 >> uPartial);
+    m_uReadOffset = std::min(m_uReadOffset, m_uBitsUsed);
+}
+
+void BitStream::rewind(uint32_t uReadOffset)
+{
+    if (QM_ASSERT(uReadOffset <= m_uReadOffset))
+        m_uReadOffset = uReadOffset;
+}
+
 bool BitStream::readBytes(void* pOut, uint32_t uBytes)
 {
     return uBytes <= s_uMaxBytes && readBits(pOut, uBytes * 8);

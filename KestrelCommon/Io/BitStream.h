@@ -1,8 +1,10 @@
 #pragma once // A bit-granular stream with multi-byte values in network byte order.
 
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <span>
 
 struct Uuid;
@@ -34,6 +36,16 @@ public:
     void writeBits(const void* pData, uint32_t uBits);
     [[nodiscard]] bool readBits(void* pOut, uint32_t uBits);
 
+    /// The low bits of a value, 1 to 56 of them, the most significant first; the others are 0. The
+    /// quick way for a few small fields at once.
+    void writeWord(uint64_t uValue, uint32_t uBits);
+    [[nodiscard]] bool readWord(uint64_t& uValue, uint32_t uBits);
+
+    /// Takes back what was written behind a position that bitsUsed() gave.
+    void truncate(uint32_t uBitsUsed);
+    /// Moves the read position back to one that readOffset() gave.
+    void rewind(uint32_t uReadOffset);
+
     void writeBytes(const void* pData, uint32_t uBytes) { writeBits(pData, uBytes * 8); }
     [[nodiscard]] bool readBytes(void* pOut, uint32_t uBytes);
 
@@ -64,6 +76,8 @@ public:
     [[nodiscard]] bool read(Uuid& uuid);
 
 private:
+    void writeWordSlowly(uint64_t uValue, uint32_t uBits);
+    bool readWordSlowly(uint64_t& uValue, uint32_t uBits);
     bool grow(uint32_t uBits);
     template <class T>
     void writeSwapped(T value);
@@ -77,3 +91,32 @@ private:
     uint32_t m_uBitsAllocated = s_uInlineBytes * 8;
     bool m_bOwnsData = true;
 };
+
+inline void BitStream::writeWord(uint64_t uValue, uint32_t uBits)
+{
+    // A whole word is stored, so eight bytes must be there.
+    if (!m_bOwnsData || uint64_t{m_uBitsUsed} + 64 > m_uBitsAllocated)
+        return writeWordSlowly(uValue, uBits);
+    std::byte* pPlace = m_pData + m_uBitsUsed / 8;
+    const uint32_t uShift = m_uBitsUsed & 7;
+    uint64_t uWord = uValue << (64 - uShift - uBits);
+    if (uShift)
+        uWord |= static_cast<uint64_t>(*pPlace) << 56;
+    if constexpr (std::endian::native == std::endian::little)
+        uWord = __builtin_bswap64(uWord);
+    std::memcpy(pPlace, &uWord, sizeof(uWord));
+    m_uBitsUsed += uBits;
+}
+
+inline bool BitStream::readWord(uint64_t& uValue, uint32_t uBits)
+{
+    if (bitsLeft() < 64)
+        return readWordSlowly(uValue, uBits);
+    uint64_t uWord;
+    std::memcpy(&uWord, m_pData + m_uReadOffset / 8, sizeof(uWord));
+    if constexpr (std::endian::native == std::endian::little)
+        uWord = __builtin_bswap64(uWord);
+    uValue = uWord << (m_uReadOffset & 7) >> (64 - uBits);
+    m_uReadOffset += uBits;
+    return true;
+}

@@ -7,19 +7,20 @@ namespace tile
 
 enum Version : uint32_t
 {
-    VersionClutterTable = 2,    ///< clutter sections begin with a table of types
-    VersionUuid = 3,            ///< the header's uuid can be trusted
-    VersionAssetUuid = 4,       ///< assets by id; below it by name
-    VersionScalePerAxis = 5,    ///< assets have three scales; below it one
-    VersionOldestAtRunTime = 5, ///< the game refuses anything older
-    VersionScriptsAndNodes = 6, ///< script and node sections
-    VersionPrefabs = 7,         ///< prefab sections; blueprint records changed
-    VersionDecals = 8,          ///< decal sections
-    VersionPrefabScale = 9,     ///< prefab records gain a scale
-    VersionKinematics = 10,     ///< kinematic sections; harvestables gain parameters
-    VersionVoxelTerrain = 11,   ///< voxel terrain sections
-    VersionTags = 12,           ///< tags of assets, harvestables, kinematics; decals changed
-    VersionBlueprintTags = 13,  ///< tags of blueprints; prefab records changed
+    VersionClutterTable = 2,           ///< clutter sections begin with a table of types
+    VersionUuid = 3,                   ///< the header's uuid can be trusted
+    VersionAssetUuid = 4,              ///< assets by id; below it by name
+    VersionScalePerAxis = 5,           ///< assets have three scales; below it one
+    VersionOldestAtRunTime = 5,        ///< the game refuses anything older
+    VersionScriptsAndNodes = 6,        ///< script and node sections
+    VersionPrefabsAmongBlueprints = 6, ///< prefabs stand in the blueprint sections
+    VersionPrefabs = 7,                ///< prefab sections; blueprint records changed
+    VersionDecals = 8,                 ///< decal sections
+    VersionPrefabScale = 9,            ///< prefab records gain a scale
+    VersionKinematics = 10,            ///< kinematic sections; harvestables gain parameters
+    VersionVoxelTerrain = 11,          ///< voxel terrain sections
+    VersionTags = 12,                  ///< tags of assets, harvestables, kinematics; decals changed
+    VersionBlueprintTags = 13,         ///< tags of blueprints; prefab records changed
     VersionCurrent = VersionBlueprintTags,
 };
 

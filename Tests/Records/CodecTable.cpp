@@ -1,6 +1,13 @@
 #include "Tests/Records/CodecTable.h"
 
 #include "KestrelCommon/Tile/Records/AssetRecord.h"
+#include "KestrelCommon/Tile/Records/BlueprintRecord.h"
+#include "KestrelCommon/Tile/Records/DecalRecord.h"
+#include "KestrelCommon/Tile/Records/HarvestableRecord.h"
+#include "KestrelCommon/Tile/Records/NodeRecord.h"
+#include "KestrelCommon/Tile/Records/PrefabRecord.h"
+#include "KestrelCommon/Tile/Records/VoxelMeshRecord.h"
+#include "KestrelCommon/Tile/Records/VoxelTerrainRecord.h"
 
 #include <cstdlib>
 
@@ -16,30 +23,41 @@ void require(bool bHolds)
 }
 
 template <class Record>
-void writeCell(ByteStream& stream, const std::vector<Record>& vecRecords)
+void writeList(ByteStream& stream, const std::vector<Record>& vecRecords)
 {
-    for (const Record& record : vecRecords)
-        writeRecord(stream, record, CellPlace{});
+    if constexpr (std::is_same_v<Record, NodeRecord>)
+        writeNodeSection(stream, vecRecords, {});
+    else
+        for (const Record& record : vecRecords)
+            writeRecord(stream, record, CellPlace{});
 }
 
 template <class Record>
-void writePrefab(BitStream& stream, const std::vector<Record>& vecRecords)
+void writeList(BitStream& stream, const std::vector<Record>& vecRecords)
 {
-    for (const Record& record : vecRecords)
-        writeRecord(stream, record);
+    if constexpr (std::is_same_v<Record, NodeRecord>)
+        writeNodeSection(stream, vecRecords);
+    else
+        for (const Record& record : vecRecords)
+            writeRecord(stream, record);
 }
 
+using Sample = void (*)(Layout&, uint32_t uLayout, uint32_t uContent);
+
 template <class Record>
-Codec cellCodec(const char* pName, uint32_t uFirstVersion, Layout (*fnSample)(Layout, uint32_t, uint32_t))
+Codec cellCodec(const char* pName, uint32_t uFirstVersion, Sample fnSample)
 {
     Codec codec{pName, false, uFirstVersion, {}, {}, {}};
     codec.fnSample = [fnSample](uint32_t uLayout, uint32_t uContent)
-    { return fnSample(Layout(false), uLayout, uContent); };
-    codec.fnRewrite = [](std::span<const std::byte> spanBytes, uint32_t uVersion,
-                         uint32_t uCount) -> std::optional<Bytes>
+    {
+        Layout layout(false);
+        fnSample(layout, uLayout, uContent);
+        return layout;
+    };
+    codec.fnRewrite = [](const Packed& packed, uint32_t uVersion, uint32_t uCount) -> std::optional<Packed>
     {
         std::vector<Record> vecRecords(1);
-        ByteCursor cursor(spanBytes);
+        ByteCursor cursor(packed.vecBytes);
         if (!readRecords(cursor, {uCount, uVersion, {}}, vecRecords))
         {
             require(vecRecords.size() == 1 && cursor.position() == 0);
@@ -47,15 +65,14 @@ Codec cellCodec(const char* pName, uint32_t uFirstVersion, Layout (*fnSample)(La
         }
         vecRecords.erase(vecRecords.begin());
         ByteStream stream;
-        writeCell(stream, vecRecords);
-        return Bytes(stream.bytes().begin(), stream.bytes().end());
+        writeList(stream, vecRecords);
+        return Packed(stream.bytes());
     };
-    codec.fnCheck = [](std::span<const std::byte> spanBytes, uint32_t uVersion, uint32_t uCount)
+    codec.fnCheck = [](const Packed& packed, uint32_t uVersion, uint32_t uCount)
     {
-        ByteCursor cursor(spanBytes);
+        ByteCursor cursor(packed.vecBytes);
         RecordEnds vecEnds;
-        const bool bGood =
-            checkRecords(cursor, {uCount, uVersion, {}}, static_cast<const Record*>(nullptr), &vecEnds);
+        const bool bGood = checkRecords<Record>(cursor, {uCount, uVersion, {}}, &vecEnds);
         require(bGood ? vecEnds.size() == uCount && (vecEnds.empty() || vecEnds.back() == cursor.position())
                       : cursor.position() == 0);
         return bGood;
@@ -64,71 +81,182 @@ Codec cellCodec(const char* pName, uint32_t uFirstVersion, Layout (*fnSample)(La
 }
 
 template <class Record>
-Codec prefabCodec(const char* pName, uint32_t uFirstVersion, Layout (*fnSample)(Layout, uint32_t, uint32_t))
+Codec prefabCodec(const char* pName, uint32_t uFirstVersion, Sample fnSample)
 {
     Codec codec{pName, true, uFirstVersion, {}, {}, {}};
     codec.fnSample = [fnSample](uint32_t uLayout, uint32_t uContent)
-    { return fnSample(Layout(true), uLayout, uContent); };
-    codec.fnRewrite = [](std::span<const std::byte> spanBytes, uint32_t uVersion,
-                         uint32_t uCount) -> std::optional<Bytes>
+    {
+        Layout layout(true);
+        fnSample(layout, uLayout, uContent);
+        return layout;
+    };
+    codec.fnRewrite = [](const Packed& packed, uint32_t uVersion, uint32_t uCount) -> std::optional<Packed>
     {
         std::vector<Record> vecRecords(1);
-        BitStream in(spanBytes.data(), spanBytes.size(), false);
-        if (!readRecords(in, {uCount, uVersion, in.bitsUsed()}, vecRecords))
+        BitStream in(packed.vecBytes.data(), packed.vecBytes.size(), false);
+        if (!readRecords(in, {uCount, uVersion, packed.uBits}, vecRecords))
         {
             require(vecRecords.size() == 1 && in.readOffset() == 0);
             return std::nullopt;
         }
         vecRecords.erase(vecRecords.begin());
         BitStream out;
-        writePrefab(out, vecRecords);
-        return Bytes(out.bytes().begin(), out.bytes().end());
+        writeList(out, vecRecords);
+        Packed written(out.bytes());
+        written.uBits = out.bitsUsed();
+        return written;
     };
     return codec;
 }
 
-// In both forms, with versions told by what they bring.
-struct Brings
+constexpr std::initializer_list<float> s_listPlace = {1.5f, -2.0f, 3.25f, 0.1f, 0.2f, 0.3f, 0.9f};
+
+// A layout writes three scales, one or none; the content knows as many.
+enum class Scales : uint8_t
 {
-    bool bScales; ///< three of them
-    bool bTags;
+    None,
+    One,
+    Three,
 };
 
-Layout& transform(Layout& layout, bool bScales, bool bContentScales)
+void transform(Layout& layout, Scales eLayout, Scales eContent)
 {
-    layout.floats({1.5f, -2.0f, 3.25f, 0.1f, 0.2f, 0.3f, 0.9f, 2.0f});
-    if (bScales)
-        bContentScales ? layout.floats({4.0f, 8.0f}) : layout.floats({2.0f, 2.0f});
-    return layout;
+    layout.floats(s_listPlace);
+    const bool bOne = eContent == Scales::One;
+    if (eLayout == Scales::One)
+        layout.floats({2.0f});
+    else if (eLayout == Scales::Three && eContent == Scales::None)
+        layout.floats({1.0f, 1.0f, 1.0f});
+    else if (eLayout == Scales::Three)
+        layout.floats({2.0f, bOne ? 2.0f : 4.0f, bOne ? 2.0f : 8.0f});
 }
 
-Layout asset(Layout layout, uint32_t uLayout, uint32_t uContent)
+void full(Layout& layout)
+{
+    transform(layout, Scales::Three, Scales::Three);
+}
+
+void tags(Layout& layout, bool bLayout, bool bContent)
+{
+    if (bLayout)
+        bContent ? layout.tags({"a", "tree"}) : layout.tags({});
+}
+
+void asset(Layout& layout, uint32_t uLayout, uint32_t uContent)
 {
     const bool bPrefab = layout.isBig();
-    const auto brings = [&](uint32_t uVersion) -> Brings {
-        return bPrefab ? Brings{uVersion >= 5, uVersion >= 9} : Brings{uVersion >= 5, uVersion >= 12};
-    };
+    const auto scales = [](uint32_t uVersion) { return uVersion >= 5 ? Scales::Three : Scales::One; };
     const auto id = [&](uint8_t uFirst)
     {
         if (!bPrefab && uLayout < 4)
             layout.text8("Birch_01");
         else if (!bPrefab && uContent < 4)
-            for (int i = 0; i < 16; ++i)
-                layout.raw(0);
+            layout.text(std::string(16, '\0'));
         else
             layout.uuid(uFirst);
     };
-    transform(layout, brings(uLayout).bScales, brings(uContent).bScales);
+    const uint32_t uTags = bPrefab ? 9 : 12;
+    transform(layout, scales(uLayout), scales(uContent));
     id(0x10);
-    layout.value(uint8_t{2}).text8("Bark").value(0xFF332211u).text8("Leaf").value(0x80AABBCCu);
-    if (brings(uLayout).bTags)
-        brings(uContent).bTags ? layout.tags({"a", "tree"}) : layout.tags({});
-    transform(layout, brings(uLayout).bScales, brings(uContent).bScales);
-    id(0x80);
     layout.value(uint8_t{0});
-    if (brings(uLayout).bTags)
-        layout.tags({});
-    return layout;
+    tags(layout, uLayout >= uTags, false);
+    transform(layout, scales(uLayout), scales(uContent));
+    id(0x80);
+    layout.value(uint8_t{2}).text8("Bark").value(0xFF332211u).text8("Leaf").value(0x80AABBCCu);
+    tags(layout, uLayout >= uTags, uContent >= uTags);
+}
+
+void blueprint(Layout& layout, uint32_t uLayout, uint32_t uContent)
+{
+    for (const char* pText : {"?JB:{}", "$GAME_DATA/Blueprints/Hut.blueprint"})
+    {
+        if (layout.isBig())
+        {
+            layout.text32(pText).floats(s_listPlace).value(int32_t{-7});
+            tags(layout, uLayout >= 10, uContent >= 10);
+            continue;
+        }
+        layout.floats(s_listPlace);
+        uLayout >= 7 ? layout.text32(pText) : layout.text8(pText);
+        tags(layout, uLayout >= 13, uContent >= 13);
+    }
+}
+
+void prefab(Layout& layout, uint32_t uLayout, uint32_t uContent)
+{
+    const bool bPrefab = layout.isBig();
+    const auto scales = [&](uint32_t uVersion)
+    {
+        if (bPrefab)
+            return uVersion >= 5 ? Scales::Three : Scales::One;
+        return uVersion >= 9 ? Scales::Three : Scales::None;
+    };
+    for (const uint32_t uFlags : {0u, 0x80000002u})
+    {
+        if (!bPrefab)
+            transform(layout, scales(uLayout), scales(uContent));
+        layout.text32("$GAME_DATA/Prefabs/House.prefab");
+        if (bPrefab)
+            transform(layout, scales(uLayout), scales(uContent));
+        if (uLayout >= (bPrefab ? 10 : 13))
+            layout.tags({"a", "tree"});
+        else
+            bPrefab ? layout.text32("tree, a;tree ") : layout.text8("tree, a;tree ");
+        layout.value(uFlags);
+    }
+}
+
+void harvestable(Layout& layout, uint32_t uLayout, uint32_t uContent)
+{
+    const uint32_t uParameters = layout.isBig() ? 7 : 10;
+    const uint32_t uTags = layout.isBig() ? 9 : 12;
+    for (uint8_t i = 0; i < 2; ++i)
+    {
+        full(layout);
+        layout.uuid(i).raw(0x11).raw(0x22).raw(0x33).raw(0x44);
+        if (uLayout >= uParameters)
+            layout.text32(uContent >= uParameters && i == 0 ? "LUA and more" : "");
+        tags(layout, uLayout >= uTags, uContent >= uTags);
+    }
+}
+
+void decal(Layout& layout, uint32_t uLayout, uint32_t uContent)
+{
+    const auto scales = [&](uint32_t uVersion)
+    { return layout.isBig() && uVersion < 5 ? Scales::One : Scales::Three; };
+    const uint32_t uTags = layout.isBig() ? 9 : 12;
+    for (uint8_t i = 0; i < 2; ++i)
+    {
+        transform(layout, scales(uLayout), scales(uContent));
+        layout.uuid(i).raw(0x11).raw(0x22).raw(0x33).raw(0x44).value(uint32_t{5});
+        tags(layout, uLayout >= uTags, uContent >= uTags);
+    }
+}
+
+void node(Layout& layout, uint32_t, uint32_t)
+{
+    layout.tags({"CAMERA", "Connectable"});
+    full(layout);
+    layout.value(uint8_t{1}).value(uint8_t{0}).text32("");
+    full(layout);
+    layout.value(uint8_t{2}).value(uint8_t{1}).value(uint8_t{0}).text32("LUA");
+}
+
+void voxelMesh(Layout& layout, uint32_t, uint32_t)
+{
+    for (uint8_t i = 0; i < 2; ++i)
+    {
+        full(layout);
+        layout.uuid(i).value(int32_t{-1000}).value(uint32_t{2});
+        layout.isBig() ? layout.bit(i == 1) : layout.raw(i);
+        layout.value(uint32_t{3});
+    }
+}
+
+void voxelTerrain(Layout& layout, uint32_t, uint32_t)
+{
+    for (const char c : {'a', 'b'})
+        layout.value(int32_t{-3}).value(int32_t{2}).value(int32_t{-9}).text(std::string(4096, c));
 }
 
 } // namespace
@@ -137,7 +265,27 @@ const std::vector<Codec>& codecs()
 {
     static const std::vector<Codec> s_vecCodecs = {
         cellCodec<AssetRecord>("Asset", 1, asset),
+        cellCodec<BlueprintRecord>("Blueprint", 1, blueprint),
+        cellCodec<PrefabRecord>("Prefab", 7, prefab),
+        cellCodec<HarvestableRecord>("Harvestable", 1, harvestable),
+        cellCodec<DecalRecord>("Decal", 8, decal),
+        cellCodec<NodeRecord>("Node", 6, node),
+        cellCodec<VoxelMeshRecord>("VoxelMesh", 12, voxelMesh),
+        cellCodec<VoxelTerrainRecord>("VoxelTerrain", 12, voxelTerrain),
         prefabCodec<AssetRecord>("PrefabAsset", 3, asset),
+        prefabCodec<BlueprintRecord>("PrefabBlueprint", 1, blueprint),
+        prefabCodec<PrefabRecord>("PrefabPrefab", 1, prefab),
+        prefabCodec<HarvestableRecord>("PrefabHarvestable", 6, harvestable),
+        prefabCodec<DecalRecord>("PrefabDecal", 4, decal),
+        prefabCodec<NodeRecord>("PrefabNode", 1, node),
+        prefabCodec<VoxelMeshRecord>("PrefabVoxelMesh", 8, voxelMesh),
     };
     return s_vecCodecs;
+}
+
+const Codec& codec(std::string_view sName)
+{
+    const auto it = std::ranges::find(codecs(), sName, &Codec::sName);
+    require(it != codecs().end());
+    return *it;
 }

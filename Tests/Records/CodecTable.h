@@ -86,6 +86,23 @@ private:
     Bytes m_vecBytes;
 };
 
+/// A list as it stands in a file, with its exact length.
+struct Packed
+{
+    Bytes vecBytes;
+    uint32_t uBits = 0;
+
+    Packed() = default;
+    // NOLINTNEXTLINE(google-explicit-constructor)
+    Packed(const Layout& layout) : vecBytes(layout.bytes()), uBits(layout.bits()) {}
+    explicit Packed(std::span<const std::byte> spanBytes)
+        : vecBytes(spanBytes.begin(), spanBytes.end()),
+          uBits(static_cast<uint32_t>(spanBytes.size() * 8))
+    {
+    }
+    bool operator==(const Packed&) const = default;
+};
+
 /// A kind in one of its forms.
 struct Codec
 {
@@ -93,16 +110,16 @@ struct Codec
     bool bPrefab = false;
     uint32_t uFirstVersion = 1;
 
-    /// The sample list as a version lays it out, with what another version could hold of it.
-    std::function<Layout(uint32_t uLayout, uint32_t uContent)> fnSample;
+    /// The sample list as a version lays it out, with what another version could hold of it. Its
+    /// records stand in the order of their bytes.
+    std::function<Packed(uint32_t uLayout, uint32_t uContent)> fnSample;
 
     /// Reads a list and writes it again; nullopt when it is refused. Aborts when a refusal
     /// changed something.
-    std::function<std::optional<Bytes>(std::span<const std::byte>, uint32_t uVersion, uint32_t uCount)>
-        fnRewrite;
+    std::function<std::optional<Packed>(const Packed&, uint32_t uVersion, uint32_t uCount)> fnRewrite;
 
     /// The same verdict without reading; cells only.
-    std::function<bool(std::span<const std::byte>, uint32_t uVersion, uint32_t uCount)> fnCheck;
+    std::function<bool(const Packed&, uint32_t uVersion, uint32_t uCount)> fnCheck;
 
     [[nodiscard]] uint32_t currentVersion() const
     {
@@ -114,3 +131,4 @@ struct Codec
 constexpr uint32_t SampleCount = 2;
 
 [[nodiscard]] const std::vector<Codec>& codecs();
+[[nodiscard]] const Codec& codec(std::string_view sName);

@@ -196,6 +196,15 @@ public:
     virtual void moveCameraForward(float fDistance) = 0;
     /// Where the ray through the cursor meets the ground or an object, 4000 m at most.
     [[nodiscard]] virtual std::optional<std::array<float, 3>> cursorHit() const = 0;
+    /// Glides to the selection; with bLastOnly close up to the active entity.
+    virtual void focusSelection(bool /*bLastOnly*/) {}
+    /// The tile's character comes to where the ray through the cursor hits.
+    virtual void placeCharacterAtCursor() {}
+    /// The same with the tile's grid, on steps of 0.25 m; then it goes to the selection, if there is one.
+    virtual void placeGridAtCursor() {}
+    /// Makes the grid of the open document at its origin, or takes it away.
+    virtual void toggleGrid() {}
+    [[nodiscard]] virtual bool hasGrid() const { return false; }
     /// Metres; nothing without a grid entity.
     [[nodiscard]] virtual std::optional<float> gridSpacing() const = 0;
     /// What stands in the view in this frame.

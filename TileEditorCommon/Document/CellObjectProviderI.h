@@ -25,7 +25,7 @@ struct ObjectReadMode
     /// The open document goes back to one of its own states; else another document comes.
     bool bRestoring = false;
     bool bClearSelection = true;
-    /// All objects are made anew even if they are the same.
+    /// What objects are made of has changed: all are made anew, and those that stay keep their ids.
     bool bKeepIds = false;
 };
 

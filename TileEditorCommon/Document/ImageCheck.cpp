@@ -74,8 +74,6 @@ private:
     {
         const uint32_t uVersion = m_result.image.header().version;
         const CellObjectProviderI* pProvider = m_providers[static_cast<size_t>(group.eGroup)];
-        if (section.uCount > 0 && uVersion != tile::VersionCurrent && !pProvider)
-            m_result.bForeignObjects = true;
         if (!tile::isPresent(group, section, uVersion))
             return true;
         if (pProvider && pProvider->losesRecords(uVersion))

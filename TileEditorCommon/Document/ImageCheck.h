@@ -33,7 +33,7 @@ struct CheckedImage
     OwnedBytes pRaw; ///< what the raw spans refer to
 };
 
-/// Which providers there are, by group; null entries are carried.
+/// The providers by group. Records of a group without one are not checked.
 using ProviderTable = std::array<CellObjectProviderI*, tile::SectionGroupCount>;
 
 /// Says that a cell's section is known already and needn't be unpacked or read again.

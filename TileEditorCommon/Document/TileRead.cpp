@@ -2,6 +2,7 @@
 
 #include "KestrelCommon/Core/Assert.h"
 #include "KestrelCommon/Core/Console.h"
+#include "KestrelCommon/Tile/Records/BlueprintRecord.h"
 #include "TileEditorCommon/Clutter/EditorTerrainClutter.h"
 #include "TileEditorCommon/Document/Tile.h"
 #include "TileEditorCommon/Ground/EditorTerrainSurface.h"
@@ -52,14 +53,13 @@ bool Tile::isKnown(size_t uCell, const tile::SectionGroupInfo& group, uint32_t u
 {
     const int iCellX = static_cast<int>(uCell % static_cast<size_t>(m_width));
     const int iCellY = static_cast<int>(uCell / static_cast<size_t>(m_width));
-    const CellObjectProviderI* pProvider = m_providers[static_cast<size_t>(group.eGroup)];
     uint64_t uRevision = 0;
     if (group.eGroup == tile::SectionGroup::Mips)
         uRevision = m_services.surface.cellRevision(iCellX, iCellY);
     else if (group.eGroup == tile::SectionGroup::Clutter)
         uRevision = m_services.clutter.cellRevision(iCellX, iCellY);
-    else if (pProvider)
-        uRevision = pProvider->revision(objectCell(uCell), uElement, tile::WriteUndo);
+    else
+        uRevision = provider(group.eGroup).revision(objectCell(uCell), uElement, tile::WriteUndo);
     const CachedSection& section =
         m_cellCache.section(uCell, CellCache::slot(group, uElement), Lz4Quality::Fast);
     return section.isCurrent(uRevision) && section.uCompressedSize == spanBytes.size() &&
@@ -140,23 +140,22 @@ void Tile::takeObjects(const CheckedImage& checked, const ObjectReadMode& mode)
     for (size_t i = 0; i < m_providers.size(); ++i)
         if (m_providers[i] && isRead(static_cast<tile::SectionGroup>(i)))
             m_providers[i]->beginRead(mode);
-    const size_t uVoxelTerrain = CellCache::slot(tile::sectionGroup(tile::SectionGroup::VoxelTerrain), 0);
-    std::erase_if(m_mapCarried, [&](const auto& carried)
-                  { return !mode.bRestoring || carried.first % CellCache::s_uSlots != uVoxelTerrain; });
-
     std::vector<CheckedSection> vecRead = checked.vecObjects;
     if (mode.bRestoring)
         addEmptied(checked, mode, vecRead);
     const uint32_t uVersion = checked.image.header().version;
+    std::deque<ByteStream> deqSeparated; // stay until all is read
     for (const CheckedSection& section : vecRead)
     {
-        if (CellObjectProviderI* pProvider = m_providers[static_cast<size_t>(section.pGroup->eGroup)])
-            pProvider->readRecords({section.spanRaw, section.section.uCount, uVersion,
-                                    objectCell(section.uCell), section.uElement});
-        else if (uVersion == tile::VersionCurrent)
-            m_mapCarried[section.uCell * CellCache::s_uSlots +
-                         CellCache::slot(*section.pGroup, section.uElement)] = {
-                section.section, {section.spanCompressed.begin(), section.spanCompressed.end()}};
+        if (!isRead(section.pGroup->eGroup))
+            continue;
+        const ObjectSection objects{section.spanRaw, section.section.uCount, uVersion,
+                                    objectCell(section.uCell), section.uElement};
+        if (section.pGroup->eGroup == tile::SectionGroup::Blueprints &&
+            uVersion == tile::VersionPrefabsAmongBlueprints)
+            readSeparated(objects, deqSeparated);
+        else
+            provider(section.pGroup->eGroup).readRecords(objects);
     }
     for (size_t i = 0; i < m_providers.size(); ++i)
         if (m_providers[i] && isRead(static_cast<tile::SectionGroup>(i)))
@@ -164,25 +163,50 @@ void Tile::takeObjects(const CheckedImage& checked, const ObjectReadMode& mode)
     if (!mode.bRestoring)
         return;
     for (const CheckedSection& section : vecRead)
-        if (const CellObjectProviderI* pProvider = m_providers[static_cast<size_t>(section.pGroup->eGroup)])
-            CellCache::adopt(
-                m_cellCache.section(section.uCell, CellCache::slot(*section.pGroup, section.uElement),
-                                    Lz4Quality::Fast),
-                pProvider->revision(objectCell(section.uCell), section.uElement, tile::WriteUndo),
-                section.section, section.spanCompressed);
+        CellCache::adopt(m_cellCache.section(section.uCell,
+                                             CellCache::slot(*section.pGroup, section.uElement),
+                                             Lz4Quality::Fast),
+                         provider(section.pGroup->eGroup)
+                             .revision(objectCell(section.uCell), section.uElement, tile::WriteUndo),
+                         section.section, section.spanCompressed);
+}
+
+// Hands blueprints and the prefabs among them to their own providers, as the current version.
+void Tile::readSeparated(const ObjectSection& objects, std::deque<ByteStream>& deqSeparated)
+{
+    std::vector<tile::BlueprintRecord> vecBlueprints;
+    std::vector<tile::PrefabRecord> vecPrefabs;
+    ByteCursor cursor(objects.spanRecords);
+    if (!QM_ASSERT(tile::readRecords(cursor, {objects.uCount, objects.uVersion, {}}, vecBlueprints)))
+        return;
+    tile::separatePrefabs(objects.uVersion, vecBlueprints, vecPrefabs);
+    const auto hand = [&](const auto& vecRecords, tile::SectionGroup eGroup)
+    {
+        if (vecRecords.empty())
+            return;
+        ByteStream& stream = deqSeparated.emplace_back();
+        for (const auto& record : vecRecords)
+            tile::writeRecord(stream, record, {});
+        provider(eGroup).readRecords({stream.bytes(), static_cast<uint32_t>(vecRecords.size()),
+                                      tile::VersionCurrent, objects.cell, objects.uLevel});
+    };
+    hand(vecBlueprints, tile::SectionGroup::Blueprints);
+    hand(vecPrefabs, tile::SectionGroup::Prefabs);
 }
 
 // The sections that hold objects now and none in the image.
 void Tile::addEmptied(const CheckedImage& checked, const ObjectReadMode& mode,
                       std::vector<CheckedSection>& vecRead)
 {
-    for (size_t uCell = 0; uCell < checked.image.cellCount(); ++uCell)
+    // Without bounds all objects stand in the first cell.
+    const size_t uCells = m_type == tile::TypeGround ? checked.image.cellCount() : 1;
+    for (size_t uCell = 0; uCell < uCells; ++uCell)
     {
         const tile::CellHeader header = checked.image.cellHeader(uCell);
         for (const tile::SectionGroup eGroup : tile::objectReadOrder())
         {
             const tile::SectionGroupInfo& group = tile::sectionGroup(eGroup);
-            if (!m_providers[static_cast<size_t>(eGroup)] || eGroup == tile::SectionGroup::VoxelTerrain)
+            if (eGroup == tile::SectionGroup::VoxelTerrain)
                 continue;
             for (uint32_t i = 0; i < group.uElements; ++i)
                 if (tile::section(header, group, i).uCount == 0 &&

@@ -73,7 +73,8 @@ void Entities::clear()
     m_vecEntities.clear();
     m_mapEntityIndex.clear();
     m_pickList.clear();
-    m_vecSpheres.clear();
+    m_vecPlaces.clear();
+    m_uOutside = 0;
     m_vecRestored.clear();
     m_setHidden.clear();
     m_grid = m_character = NullEntity;
@@ -83,6 +84,14 @@ void Entities::clear()
     for (const EntityKind& kind : m_arrKinds)
         if (kind.pType)
             kind.pType->clearAll();
+}
+
+void Entities::clearStored()
+{
+    clearSelection();
+    for (size_t i = m_vecEntities.size(); i-- > 0;)
+        if (entityTraits(m_vecEntities[i].pType->getTypeId()).uLists > 0)
+            removeEntity(m_vecEntities[i], false);
 }
 
 void Entities::beginLoad()
@@ -111,23 +120,31 @@ Entity Entities::createEntity(EntityCreateArgs args)
     const std::span<const uint64_t> spanStack(&uPathHash, m_tile.sPath.empty() ? 0 : 1);
     const Entity entity = spawn(std::move(args), spanStack);
     if (entity)
+    {
         append(entity);
+        markSetChanged(*entity.pType);
+    }
     m_sink.markInterfaceDirty(0);
     return entity;
 }
 
-void Entities::createEntities(std::vector<EntityCreateArgs>&& vecArgs)
+size_t Entities::createEntities(std::vector<EntityCreateArgs>&& vecArgs)
 {
     const size_t uTotal = m_vecEntities.size() + vecArgs.size();
     if (uTotal > m_vecEntities.capacity())
     {
         m_vecEntities.reserve(std::max(uTotal, m_vecEntities.capacity() * 2));
-        m_vecSpheres.reserve(m_vecEntities.capacity());
+        m_vecPlaces.reserve(m_vecEntities.capacity());
         m_pickList.reserve(m_vecEntities.capacity());
     }
+    size_t uMade = 0;
     for (EntityCreateArgs& args : vecArgs)
-        createEntity(std::move(args));
+    {
+        args.bStored = true;
+        uMade += createEntity(std::move(args)) ? 1 : 0;
+    }
     vecArgs.clear();
+    return uMade;
 }
 
 Entity Entities::spawn(EntityCreateArgs args, std::span<const uint64_t> spanStack)
@@ -150,7 +167,7 @@ void Entities::append(const Entity& entity)
 {
     m_mapEntityIndex[entity.uId] = m_vecEntities.size();
     m_vecEntities.push_back(entity);
-    m_vecSpheres.emplace_back();
+    m_vecPlaces.emplace_back();
     m_pickList.add(glm::vec3(0.0f), entity.pType->getFilterFlag());
     ++m_arrCounts[entity.pType->getTypeId()];
     refreshPlace(m_vecEntities.size() - 1);
@@ -167,15 +184,24 @@ void Entities::removeEntity(const Entity& entity, bool bRemoveLinks)
     removed.pType->remove(removed.uId, bRemoveLinks);
     m_index.remove(removed.uId);
     m_setHidden.erase(removed.uId);
+    m_uOutside -= m_vecPlaces[uHole].outside ? 1 : 0;
     m_vecEntities[uHole] = m_vecEntities.back();
-    m_vecSpheres[uHole] = m_vecSpheres.back();
+    m_vecPlaces[uHole] = m_vecPlaces.back();
     m_pickList.remove(uHole);
     m_mapEntityIndex[m_vecEntities[uHole].uId] = uHole;
     m_vecEntities.pop_back();
-    m_vecSpheres.pop_back();
+    m_vecPlaces.pop_back();
     m_mapEntityIndex.erase(removed.uId);
     --m_arrCounts[removed.pType->getTypeId()];
     ++m_uRevision;
+    markSetChanged(*removed.pType);
+}
+
+/// Kinds that no file holds mark what they need themselves.
+void Entities::markSetChanged(const EntityTypeI& type)
+{
+    if (entityTraits(type.getTypeId()).uLists > 0)
+        m_sink.markChanged(ChangeEntitySet);
 }
 
 void Entities::removeSelected()
@@ -297,7 +323,10 @@ void Entities::refreshPlace(size_t uIndex)
     const Transform origin = entity.pType->getOriginTransform(entity.uId);
     const Transform centre = entity.pType->getCenterTransform(entity.uId);
     m_pickList.move(uIndex, m_bTransformAroundOrigin ? origin.position : centre.position);
-    m_vecSpheres[uIndex] = shapeSphere(entity);
+    Place& place = m_vecPlaces[uIndex];
+    m_uOutside -= place.outside ? 1 : 0;
+    place = placeOf(entity);
+    m_uOutside += place.outside ? 1 : 0;
     ++m_uRevision;
 
     const EntityTypeId eType = entity.pType->getTypeId();
@@ -316,13 +345,37 @@ void Entities::refreshPlace(size_t uIndex)
     }
 }
 
-Entities::ShapeSphere Entities::shapeSphere(const Entity& entity) const
+Entities::Place Entities::placeOf(const Entity& entity) const
 {
+    Place place;
+    place.outside = isOutOfBounds(entity);
     Aabb box;
     if (!m_arrKinds[entity.pType->getTypeId()].pShapes || !entity.pType->getBounds(entity.uId, box))
-        return {};
+        return place;
     const Transform origin = entity.pType->getOriginTransform(entity.uId);
-    return {origin.apply(box.centre()), glm::length(origin.scale * box.size()) * 0.5f};
+    place.centre = origin.apply(box.centre());
+    place.radius = glm::length(origin.scale * box.size()) * 0.5f;
+    return place;
+}
+
+tile::ColorMap Entities::colors(const Entity& entity) const
+{
+    const EntityColorsI* pColors = entity.pType ? m_arrKinds[entity.pType->getTypeId()].pColors : nullptr;
+    return pColors ? pColors->colors(entity.uId) : tile::ColorMap{};
+}
+
+void Entities::setColors(const Entity& entity, const tile::ColorMap& mapColors)
+{
+    if (EntityColorsI* pColors = entity.pType ? m_arrKinds[entity.pType->getTypeId()].pColors : nullptr)
+        pColors->setColors(entity.uId, mapColors);
+}
+
+bool Entities::fillPlacement(EntityCreateArgs& args) const
+{
+    if (args.eTypeId >= EntityTypeId_COUNT)
+        return false;
+    const auto& fnFill = m_arrKinds[args.eTypeId].fnFillPlacement;
+    return fnFill && fnFill(m_tools, args);
 }
 
 Entity Entities::pick(const PickRay& ray) const
@@ -342,9 +395,9 @@ std::optional<RayHit> Entities::castShapes(const glm::vec3& from, const glm::vec
     if (!(fLengthSquared > 0.0f))
         return std::nullopt;
     std::optional<RayHit> nearest;
-    for (size_t i = 0; i < m_vecSpheres.size(); ++i)
+    for (size_t i = 0; i < m_vecPlaces.size(); ++i)
     {
-        const ShapeSphere& sphere = m_vecSpheres[i];
+        const Place& sphere = m_vecPlaces[i];
         if (sphere.radius < 0.0f)
             continue;
         const glm::vec3 offset = sphere.centre - from;

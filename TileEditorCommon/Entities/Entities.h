@@ -3,6 +3,7 @@
 #include "TileEditorCommon/Contracts/Entity.h"
 #include "TileEditorCommon/Contracts/EntityTraits.h"
 #include "TileEditorCommon/Entities/CellIndex.h"
+#include "TileEditorCommon/Entities/EntityColorsI.h"
 #include "TileEditorCommon/Entities/EntityHostI.h"
 #include "TileEditorCommon/Entities/EntityRecordsI.h"
 #include "TileEditorCommon/Entities/EntityShapesI.h"
@@ -20,14 +21,19 @@
 namespace tilebuilder
 {
 
+class EntityRenderI;
+
 /// A kind of entities with all that the container needs of it.
 struct EntityKind
 {
     std::unique_ptr<EntityTypeI> pType;
     std::vector<std::unique_ptr<EntityRecordsI>> vecRecords; ///< one for each stored list, in their order
     const EntityShapesI* pShapes = nullptr;                  ///< null: no ray meets it; often the type itself
-    std::function<bool(uint32_t uId)> fnLocked;              ///< empty: all can be picked and selected
-    std::function<void(uint32_t uId, bool bShow)> fnShow;    ///< takes its look out of the view and back
+    EntityColorsI* pColors = nullptr; ///< null: its instances have none; often the type itself
+    /// Fills in what a drag from a list places; false: nothing can be placed, reported. Empty: never.
+    std::function<bool(const EditorToolState&, EntityCreateArgs&)> fnFillPlacement;
+    std::function<bool(uint32_t uId)> fnLocked;           ///< empty: all can be picked and selected
+    std::function<void(uint32_t uId, bool bShow)> fnShow; ///< takes its look out of the view and back
 };
 
 /// What the container must know of the open document.
@@ -75,6 +81,8 @@ public:
     void setTilePath(const std::string& sPath) { m_tile.sPath = sPath; }
     /// Removes all entities and starts the ids again at 1.
     void clear();
+    /// Removes what images hold, to read all of it anew; the grid and the character stay.
+    void clearStored();
     void beginLoad();
     void afterLoad();
 
@@ -82,7 +90,8 @@ public:
 
     /// Null when no document is open or the type refuses; an id is used up all the same.
     Entity createEntity(EntityCreateArgs args) override;
-    void createEntities(std::vector<EntityCreateArgs>&& vecArgs);
+    /// From stored data; how many of them came to be.
+    size_t createEntities(std::vector<EntityCreateArgs>&& vecArgs);
     Entity spawn(EntityCreateArgs args, std::span<const uint64_t> spanStack) override;
     /// Nothing for an id that isn't in the list.
     void removeEntity(const Entity& entity, bool bRemoveLinks);
@@ -147,6 +156,16 @@ public:
     /// Called when another entity is selected: windows empty their search there.
     void onSelecting(std::function<void()> fnSelecting) { m_fnSelecting = std::move(fnSelecting); }
 
+    // Colours; nothing for kinds without any
+
+    [[nodiscard]] tile::ColorMap colors(const Entity& entity) const;
+    void setColors(const Entity& entity, const tile::ColorMap& mapColors);
+
+    // Placing
+
+    /// What the drag that the tools describe places; false when its kind can't be placed.
+    bool fillPlacement(EntityCreateArgs& args) const;
+
     // Picking
 
     /// What a click on this ray means; locked things are not passed over but yield the null entity.
@@ -154,6 +173,17 @@ public:
     /// The first shape that a ray meets, but those of some entities.
     [[nodiscard]] std::optional<RayHit> castShapes(const glm::vec3& from, const glm::vec3& to,
                                                    const std::unordered_set<uint32_t>& setIgnored) const;
+
+    // Frame
+
+    /// Lets every kind do its work; seconds.
+    void update(float dt);
+    /// Around all that is selected; red what stands out of bounds.
+    void drawBoxes(EntityRenderI& render) const;
+    /// An icon at the pivot of all that is shown and not selected, while the entity tool is on. Of
+    /// those the filter lets pass, if there is one.
+    void drawIcons(EntityRenderI& render, const glm::vec3& eye,
+                   const std::function<bool(uint32_t uId)>& fnListed) const;
 
     // Stored form
 
@@ -183,11 +213,12 @@ public:
     [[nodiscard]] EditorToolState& tools() override { return m_tools; }
 
 private:
-    /// The sphere around an entity's shape; a negative radius when it has none.
-    struct ShapeSphere
+    /// What rays and the view ask of an entity in every frame.
+    struct Place
     {
-        glm::vec3 centre{0.0f};
-        float radius = -1.0f;
+        glm::vec3 centre{0.0f}; ///< of the sphere around its shape
+        float radius = -1.0f;   ///< negative when it has none
+        bool outside = false;   ///< out of bounds
     };
     struct PendingSection
     {
@@ -203,9 +234,10 @@ private:
     };
 
     void append(const Entity& entity);
+    void markSetChanged(const EntityTypeI& type);
     Entity placeHelper(const Entity& helper, EntityTypeId eId, const Transform& transform);
     void refreshPlace(size_t uIndex);
-    [[nodiscard]] ShapeSphere shapeSphere(const Entity& entity) const;
+    [[nodiscard]] Place placeOf(const Entity& entity) const;
     void unselect(const Entity& entity);
     [[nodiscard]] SectionDifference difference(const PendingSection& state) const;
 
@@ -223,8 +255,9 @@ private:
     OpenTile m_tile;
     std::vector<Entity> m_vecEntities; ///< order isn't kept: removal moves the last into the hole
     std::unordered_map<uint32_t, size_t> m_mapEntityIndex;
-    PickList m_pickList;                   ///< in step with m_vecEntities
-    std::vector<ShapeSphere> m_vecSpheres; ///< in step with m_vecEntities
+    PickList m_pickList;            ///< in step with m_vecEntities
+    std::vector<Place> m_vecPlaces; ///< in step with m_vecEntities
+    size_t m_uOutside = 0;          ///< of them out of bounds
     CellIndex m_index;
     uint64_t m_uRevision = 1;
 

@@ -35,6 +35,7 @@ public:
     void remove(size_t uIndex);
 
     [[nodiscard]] size_t size() const { return m_vecGroup.size(); }
+    [[nodiscard]] uint32_t group(size_t uIndex) const { return m_vecGroup[uIndex]; }
     [[nodiscard]] glm::vec3 position(size_t uIndex) const
     {
         return {m_vecX[uIndex], m_vecY[uIndex], m_vecZ[uIndex]};

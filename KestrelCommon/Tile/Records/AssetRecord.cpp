@@ -77,7 +77,8 @@ bool readRecords(BitStream& stream, const PrefabList& list, std::vector<AssetRec
         });
 }
 
-bool checkRecords(ByteCursor& cursor, const CellList& list, const AssetRecord*, RecordEnds* pEnds)
+template <>
+bool checkRecords<AssetRecord>(ByteCursor& cursor, const CellList& list, RecordEnds* pEnds)
 {
     return detail::checkCellList<AssetRecord>(s_pKind, cursor, list, pEnds, readCell);
 }

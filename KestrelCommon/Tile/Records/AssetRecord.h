@@ -43,7 +43,7 @@ void writeRecord(ByteStream& stream, const AssetView& asset, const CellPlace& pl
 void writeRecord(BitStream& stream, const AssetView& asset);
 [[nodiscard]] bool readRecords(ByteCursor& cursor, const CellList& list, std::vector<AssetRecord>& vecOut);
 [[nodiscard]] bool readRecords(BitStream& stream, const PrefabList& list, std::vector<AssetRecord>& vecOut);
-[[nodiscard]] bool checkRecords(ByteCursor& cursor, const CellList& list, const AssetRecord* pKind,
-                                RecordEnds* pEnds = nullptr);
+template <>
+bool checkRecords<AssetRecord>(ByteCursor& cursor, const CellList& list, RecordEnds* pEnds);
 
 } // namespace tile

@@ -20,7 +20,7 @@ void CellFieldWriter::colors(const ColorMap& mapColors)
         if (sName.size() > MaxShortText || uCount == MaxShortList)
             continue;
         text8(sName);
-        color(uColor);
+        cellColor(uColor);
         ++uCount;
     }
     *pCount = static_cast<std::byte>(uCount);
@@ -107,7 +107,7 @@ bool CellFieldReader::colors(ColorMap& mapColors)
     {
         std::string_view sName;
         uint32_t uColor;
-        if (!text<uint8_t>(sName) || !color(uColor))
+        if (!text<uint8_t>(sName) || !cellColor(uColor))
             return false;
         if (m_bKeep)
             mapColors.emplace_hint(mapColors.end(), sName, uColor)->second = uColor;

@@ -49,9 +49,9 @@ public:
     void place(const Transform& transform, const glm::vec3& origin)
     {
         value(transform.position - origin);
-        value(transform.rotation);
+        bytes(&transform.rotation, PlaceSize - sizeof(glm::vec3));
     }
-    void color(uint32_t uRedLowest) { value(uRedLowest); }
+    void cellColor(uint32_t uRedLowest) { value(uRedLowest); }
     void flag(bool bValue) { value(static_cast<uint8_t>(bValue)); }
     void text8(std::string_view sText)
     {
@@ -101,7 +101,7 @@ public:
     requires std::is_trivially_copyable_v<T>
     [[nodiscard]] bool value(T& value) { return bytes(&value, sizeof(T)); }
     [[nodiscard]] bool uuid(Uuid& uuid) { return value(uuid); }
-    [[nodiscard]] bool color(uint32_t& uRedLowest) { return value(uRedLowest); }
+    [[nodiscard]] bool cellColor(uint32_t& uRedLowest) { return value(uRedLowest); }
     [[nodiscard]] bool flag(bool& bValue);
     [[nodiscard]] bool transform(Transform& transform, TransformForm eForm = TransformForm::Full);
     [[nodiscard]] bool text8(std::string& sText);

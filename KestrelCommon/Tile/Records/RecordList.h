@@ -33,13 +33,16 @@ struct PrefabList
 //   void writeRecord(BitStream&, const Record&);
 //   bool readRecords(ByteCursor&, const CellList&, std::vector<Record>&);
 //   bool readRecords(BitStream&, const PrefabList&, std::vector<Record>&);
-//   bool checkRecords(ByteCursor&, const CellList&, const Record*, RecordEnds*);
+//   bool checkRecords<Record>(ByteCursor&, const CellList&, RecordEnds*);
 // Readers append. A list whose bytes can't hold what it tells gives false and one line; vector
 // and position are then as they were. checkRecords() says whether readRecords() will take the
 // list and moves behind it; it keeps nothing and allocates nothing but the ends.
 
 /// Offsets behind each record, from where the list begins.
 using RecordEnds = std::vector<uint32_t>;
+
+template <class Record>
+[[nodiscard]] bool checkRecords(ByteCursor& cursor, const CellList& list, RecordEnds* pEnds = nullptr);
 
 namespace detail
 {

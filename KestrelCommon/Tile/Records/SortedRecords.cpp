@@ -1,5 +1,7 @@
 #include "KestrelCommon/Tile/Records/SortedRecords.h"
 
+#include "KestrelCommon/Core/Assert.h"
+
 #include <algorithm>
 
 namespace tile
@@ -14,6 +16,7 @@ struct Key
     uint64_t uHead;
     uint32_t uStart;
     uint32_t uSize;
+    uint32_t uOwner; ///< id, if any
 };
 
 uint64_t headOf(const std::byte* pRecord, uint32_t uSize)
@@ -44,10 +47,10 @@ void SortedRecords::end()
     m_uLast = m_stream.size();
 }
 
-uint32_t SortedRecords::finish()
+uint32_t SortedRecords::finish(std::span<uint32_t> spanIds)
 {
     const auto uCount = static_cast<uint32_t>(m_vecStarts.size());
-    if (m_bSorted)
+    if (m_bSorted || !QM_ASSERT(spanIds.empty() || spanIds.size() == uCount))
         return uCount;
     const auto spanRecords = m_stream.bytes().subspan(m_uStart);
     thread_local std::vector<std::byte> s_vecCopy;
@@ -59,7 +62,7 @@ uint32_t SortedRecords::finish()
     {
         const uint32_t uStart = m_vecStarts[i] - m_uStart;
         const uint32_t uSize = (i + 1 < uCount ? m_vecStarts[i + 1] : m_uLast) - m_vecStarts[i];
-        vecKeys[i] = {headOf(pCopy + uStart, uSize), uStart, uSize};
+        vecKeys[i] = {headOf(pCopy + uStart, uSize), uStart, uSize, spanIds.empty() ? 0 : spanIds[i]};
     }
     std::sort(vecKeys.begin(), vecKeys.end(),
               [pCopy](const Key& first, const Key& second)
@@ -74,6 +77,8 @@ uint32_t SortedRecords::finish()
         std::memcpy(pPlace, pCopy + key.uStart, key.uSize);
         pPlace += key.uSize;
     }
+    for (size_t i = 0; i < spanIds.size(); ++i)
+        spanIds[i] = vecKeys[i].uOwner;
     m_bSorted = true;
     return uCount;
 }

@@ -2,6 +2,7 @@
 
 #include "KestrelCommon/Io/ByteStream.h"
 
+#include <span>
 #include <vector>
 
 namespace tile
@@ -26,7 +27,9 @@ public:
     void end();
 
     /// Sorts what was appended; the number of records.
-    uint32_t finish();
+    uint32_t finish() { return finish({}); }
+    /// The same; brings the ids of the records' owners, one for each record, into the new order.
+    uint32_t finish(std::span<uint32_t> spanIds);
 
 private:
     ByteStream& m_stream;
