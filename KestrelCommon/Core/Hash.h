@@ -20,7 +20,7 @@
 /// XXH3 64-bit with seed 0, for tile states and texts.
 [[nodiscard]] uint64_t xxh3(std::span<const std::byte> spanBytes);
 [[nodiscard]] uint64_t xxh3(std::string_view sText);
-/// The same with a seed, for ids within ids.
+/// The same with a seed, for hashes that are mixed from several pieces.
 [[nodiscard]] uint64_t xxh3(std::span<const std::byte> spanBytes, uint64_t uSeed);
 
 /// Hash object of tables keyed by text; looks up views without a copy.

@@ -227,11 +227,19 @@ bool BitStream::readAlignedBytes(void* pOut, uint32_t numberOfBytesToRead)
 
 bool BitStream::viewAlignedBytes(std::span<const std::byte>& spanOut, uint32_t uBytes)
 {
-    const uint32_t uAligned = wholeBytes(m_uReadOffset);
-    if (uBytes > s_uMaxBytes || uint64_t{uAligned} * 8 + uint64_t{uBytes} * 8 > m_uBitsUsed)
+    const uint32_t uAligned = wholeBytes(m_uReadOffset) * 8;
+    if (uAligned > m_uBitsUsed || uBytes > (m_uBitsUsed - uAligned) / 8)
         return false;
-    spanOut = {m_pData + uAligned, uBytes};
-    m_uReadOffset = (uAligned + uBytes) * 8;
+    spanOut = bytes().subspan(uAligned / 8, uBytes);
+    m_uReadOffset = uAligned + uBytes * 8;
+    return true;
+}
+
+bool BitStream::setReadOffset(uint32_t uBits)
+{
+    if (uBits > m_uBitsUsed)
+        return false;
+    m_uReadOffset = uBits;
     return true;
 }
 

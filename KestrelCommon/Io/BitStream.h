@@ -54,8 +54,10 @@ public:
     void alignRead();
     /// Moves the read position to the next byte boundary, then reads. A count of 0 asserts.
     [[nodiscard]] bool readAlignedBytes(void* pOut, uint32_t numberOfBytesToRead);
-    /// The same without a copy, 0 allowed: the bytes stay the stream's and valid until it is written.
+    /// The same without a copy, of any number of bytes; borrowed until the next write.
     [[nodiscard]] bool viewAlignedBytes(std::span<const std::byte>& spanOut, uint32_t uBytes);
+    /// Within what is written.
+    [[nodiscard]] bool setReadOffset(uint32_t uBits);
 
     void writeBool(bool bValue);
     [[nodiscard]] bool readBool(bool& bValue);

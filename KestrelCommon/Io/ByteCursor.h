@@ -15,6 +15,8 @@ public:
     [[nodiscard]] size_t position() const { return m_uPosition; }
     [[nodiscard]] size_t remaining() const { return m_spanBytes.size() - m_uPosition; }
 
+    [[nodiscard]] std::span<const std::byte> rest() const { return m_spanBytes.subspan(m_uPosition); }
+
     template <class T>
     requires std::is_trivially_copyable_v<T>
     [[nodiscard]] bool read(T& value) { return read(&value, sizeof(T)); }

@@ -91,20 +91,38 @@ std::optional<Picture> toPicture(Bitmap pBitmap)
     return picture;
 }
 
-} // namespace
-
-std::optional<Picture> loadPicture(const std::filesystem::path& path)
+/// Null when the file is missing or of no known format.
+Bitmap loadBitmap(const std::filesystem::path& path, int iFlags)
 {
     const std::string sPath = path.string();
     std::error_code error;
     if (!std::filesystem::is_regular_file(path, error))
-        return std::nullopt;
+        return nullptr;
     FREE_IMAGE_FORMAT eFormat = FreeImage_GetFileType(sPath.c_str());
     if (eFormat == FIF_UNKNOWN)
         eFormat = FreeImage_GetFIFFromFilename(sPath.c_str()); // TGA has no magic number
     if (eFormat == FIF_UNKNOWN || !FreeImage_FIFSupportsReading(eFormat))
+        return nullptr;
+    return Bitmap(FreeImage_Load(eFormat, sPath.c_str(), iFlags));
+}
+
+} // namespace
+
+std::optional<Picture> loadPicture(const std::filesystem::path& path)
+{
+    return toPicture(loadBitmap(path, 0));
+}
+
+std::optional<std::pair<int, int>> pictureSize(const std::filesystem::path& path)
+{
+    const Bitmap pBitmap = loadBitmap(path, FIF_LOAD_NOPIXELS);
+    if (!pBitmap)
         return std::nullopt;
-    return toPicture(Bitmap(FreeImage_Load(eFormat, sPath.c_str())));
+    const unsigned uWidth = FreeImage_GetWidth(pBitmap.get());
+    const unsigned uHeight = FreeImage_GetHeight(pBitmap.get());
+    if (uWidth == 0 || uHeight == 0 || uWidth > s_uMaxSide || uHeight > s_uMaxSide)
+        return std::nullopt;
+    return std::pair(static_cast<int>(uWidth), static_cast<int>(uHeight));
 }
 
 std::optional<Picture> readPicture(std::span<const std::byte> spanFile, const std::filesystem::path& name)

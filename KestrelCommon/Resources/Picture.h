@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <optional>
 #include <span>
+#include <utility>
 #include <vector>
 
 namespace resource
@@ -22,7 +23,10 @@ struct Picture
 /// file is missing, broken or above 16384 pixels on a side. Any thread.
 [[nodiscard]] std::optional<Picture> loadPicture(const std::filesystem::path& path);
 
-/// The same for a file's bytes; the name only helps with formats that don't show by their content.
+/// Width and height as the file's head tells them, without reading its pixels. Any thread.
+[[nodiscard]] std::optional<std::pair<int, int>> pictureSize(const std::filesystem::path& path);
+
+/// As loadPicture() from a file's bytes; the name only helps with formats that don't show by their content.
 [[nodiscard]] std::optional<Picture> readPicture(std::span<const std::byte> spanFile,
                                                  const std::filesystem::path& name);
 

@@ -1,5 +1,6 @@
 #pragma once // The mesh of a clutter type.
 
+#include "KestrelCommon/Core/Aabb.h"
 #include "KestrelCommon/renderer/ClutterInstance.h"
 
 #include <filesystem>
@@ -9,12 +10,6 @@
 
 namespace rend
 {
-
-struct Aabb
-{
-    glm::vec3 lowest{0.0f};
-    glm::vec3 highest{0.0f};
-};
 
 /// Z up, root at the origin. X and Y in quarter metres; 4 units of Z are the height of the type.
 struct ClutterMesh

@@ -4,6 +4,7 @@
 #include "KestrelCommon/Resources/ResourceManager.h"
 #include "KestrelCommon/Resources/ShaderSource.h"
 #include "KestrelCommon/renderer/ClutterDraw.h"
+#include "KestrelCommon/renderer/InstanceDraw.h"
 
 #include <glm/geometric.hpp>
 #include <glm/matrix.hpp>
@@ -87,6 +88,7 @@ Renderer::Renderer(GraphicsDeviceI& device, resource::ResourceManager& resources
       m_resources(resources),
       m_pCullingGroups(std::make_unique<CullingGroups>()),
       m_pClutterDraw(std::make_unique<ClutterDraw>(device, resources)),
+      m_pInstanceDraw(std::make_unique<InstanceDraw>(device, resources)),
       m_shade(device),
       m_mesh(device),
       m_schedule(device.isSoftware())
@@ -157,7 +159,7 @@ bool Renderer::init()
     build(m_linePipeline, "debug_lines", lines);
     lines.eDepth = DepthMode::None;
     build(m_lineThroughPipeline, "debug_lines", lines);
-    return bAll;
+    return m_pInstanceDraw->init() && bAll;
 }
 
 TerrainSurfaceBindings& Renderer::terrainBindings()
@@ -234,7 +236,7 @@ void Renderer::renderWindow(int iWidth, int iHeight, const SceneView& view)
     if (m_pTerrainBindings)
         m_shade.update(*m_pTerrainBindings, m_settings.sunDirection, m_frameBuffer, s_uFrameSlot, false);
     if (const auto size = m_schedule.next(stateOf(iWidth, iHeight, view), FrameClock::seconds(),
-                                          m_pClutterDraw->isThinned()))
+                                          m_pClutterDraw->isThinned() || m_pInstanceDraw->isThinned()))
     {
         if (!m_sceneTarget || *size != m_sceneSize)
         {
@@ -246,6 +248,9 @@ void Renderer::renderWindow(int iWidth, int iHeight, const SceneView& view)
         m_device.beginPass(m_sceneTarget, {.arrColour = s_arrBackground});
         drawScene(view, true);
         m_device.endPass();
+        if (m_pInstances)
+            m_pInstanceDraw->drawOutlines(*m_pInstances, m_sceneTarget, size->iWidth, size->iHeight, true,
+                                          view.projection * view.view, m_frameBuffer);
     }
     const bool bLines = view.bLines && m_pDebugDrawer;
     const bool bTested = bLines && !m_pDebugDrawer->tested().empty();
@@ -268,6 +273,11 @@ SceneState Renderer::stateOf(int iWidth, int iHeight, const SceneView& view) con
         state.arrContent = groundState(*m_pTerrainBindings);
     state.arrContent[s_uClutterRevision] = m_pCullingGroups->revision();
     state.arrContent[s_uClutterTime] = m_pClutterDraw->isMoving() ? FrameClock::ticks() : 0;
+    if (m_pInstances)
+    {
+        state.arrContent[s_uInstanceRevision] = m_pInstances->revision() + 1;
+        state.arrContent[s_uInstanceTextures] = m_pInstanceDraw->textureRevision();
+    }
     return state;
 }
 
@@ -296,6 +306,7 @@ void Renderer::drawScene(const SceneView& view, bool bWindow)
     drawGround(view);
     drawRim();
     drawQuads(view);
+    drawInstances(view, bWindow);
     m_pClutterDraw->draw(*m_pCullingGroups, {.viewProjection = view.projection * view.view,
                                              .camera = glm::vec2(glm::inverse(view.view)[3]),
                                              .shade = m_shade.texture(),
@@ -333,6 +344,15 @@ void Renderer::drawGround(const SceneView& view)
         return;
     }
     m_mesh.draw(ground, view.projection * view.view, glm::vec3(glm::inverse(view.view)[3]));
+}
+
+void Renderer::drawInstances(const SceneView& view, bool bWindow)
+{
+    if (m_pInstances)
+        m_pInstanceDraw->draw(*m_pInstances, {.viewProjection = view.projection * view.view,
+                                              .eye = glm::vec3(glm::inverse(view.view)[3]),
+                                              .shade = m_shade.texture(),
+                                              .bInMotion = bWindow && !m_schedule.isResting()});
 }
 
 void Renderer::drawRim()

@@ -23,6 +23,8 @@ namespace rend
 class ClutterDraw;
 class ClutterTypes;
 class CullingGroups;
+class InstanceDraw;
+class InstanceWorld;
 
 enum class SceneMode : uint8_t
 {
@@ -57,6 +59,9 @@ public:
     [[nodiscard]] const ClutterTypes& clutterTypes() const;
     [[nodiscard]] const ClutterDraw& clutterDraw() const { return *m_pClutterDraw; }
 
+    /// What objects to draw; borrowed, null for none.
+    void setInstances(InstanceWorld* pWorld) { m_pInstances = pWorld; }
+
     /// What lines to draw; borrowed, null for none.
     void setDebugDrawer(DebugDrawer* pDrawer) { m_pDebugDrawer = pDrawer; }
     [[nodiscard]] DebugDrawer* debugDrawer() const { return m_pDebugDrawer; }
@@ -80,6 +85,7 @@ private:
     groundState(const TerrainSurfaceBindings& ground) const;
     [[nodiscard]] bool hasGround() const;
     void drawScene(const SceneView& view, bool bWindow);
+    void drawInstances(const SceneView& view, bool bWindow);
     void drawGround(const SceneView& view);
     void drawSurroundings();
     void drawRim();
@@ -92,6 +98,8 @@ private:
     std::unique_ptr<TerrainSurfaceBindings> m_pTerrainBindings;
     std::unique_ptr<CullingGroups> m_pCullingGroups;
     std::unique_ptr<ClutterDraw> m_pClutterDraw;
+    std::unique_ptr<InstanceDraw> m_pInstanceDraw;
+    InstanceWorld* m_pInstances = nullptr;
     DebugDrawer* m_pDebugDrawer = nullptr;
     RenderSettings m_settings;
     SceneMode m_eSceneMode = SceneMode::GroundTile;

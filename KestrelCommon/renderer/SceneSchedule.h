@@ -9,10 +9,12 @@
 namespace rend
 {
 
-/// Places in SceneState::arrContent: ten of the ground, then those of the clutter.
+/// Places in SceneState::arrContent: ten of the ground, then those of clutter and instances.
 constexpr size_t s_uClutterRevision = 10;
 constexpr size_t s_uClutterTime = 11;
-constexpr size_t s_uSceneContents = 12;
+constexpr size_t s_uInstanceRevision = 12;
+constexpr size_t s_uInstanceTextures = 13;
+constexpr size_t s_uSceneContents = 14;
 
 /// All that a picture of the scene follows from; equal states give equal pictures.
 struct SceneState

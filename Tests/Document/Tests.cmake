@@ -1,1 +1,2 @@
 qm_tests(DocumentTests Document ROOMS TileEditorCommon/Document)
+target_sources(DocumentTests PRIVATE ${CMAKE_SOURCE_DIR}/Tests/Records/CodecTable.cpp)

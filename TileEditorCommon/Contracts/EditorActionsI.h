@@ -7,11 +7,16 @@
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
 namespace tilebuilder
 {
+
+class EntityListI;
+class LibrarySourceI;
+struct LibraryPlacement;
 
 /// A falloff that the brush window offers. The falloff is borrowed and lives as long as the program.
 struct BrushChoice
@@ -78,6 +83,14 @@ struct CameraStatus
     bool flying = false; ///< the right button turns the view
 };
 
+/// A part of the game's content, or an item of the user's, that the asset library can leave out.
+struct LibraryContent
+{
+    std::string sKey;       ///< of its keyed paths
+    std::string sName;      ///< "Challenge", "Creative", "Survival", or the item's
+    bool bWorkshop = false; ///< an item
+};
+
 /// The editor object as the interface sees it: values to show and operations to call. The windows
 /// hold no document state; they read these at each refresh and write through them.
 ///
@@ -111,6 +124,24 @@ public:
     virtual void changeColor(const ColorRgba& color) = 0;
     /// The names of all clutter types, by global index.
     [[nodiscard]] virtual std::vector<std::string> clutterNames() const { return {}; }
+
+    // Things on the tile
+
+    /// Null in a program without entities.
+    [[nodiscard]] virtual EntityListI* entities() { return nullptr; }
+    /// What the asset library lists, in its order; borrowed, as long-lived as the editor object.
+    [[nodiscard]] virtual std::span<LibrarySourceI* const> librarySources() { return {}; }
+    [[nodiscard]] virtual std::vector<LibraryContent> libraryContents() const { return {}; }
+    /// Arms a placement drag: what is placed follows the cursor until the button goes up.
+    virtual void beginPlacement(const LibraryPlacement& /*placement*/) {}
+    /// Takes the selected entities out of view and picking, until showHidden().
+    virtual void hideSelection() {}
+    virtual void showHidden() {}
+    [[nodiscard]] virtual bool isOriginShown() const { return false; }
+    virtual void toggleOrigin() {}
+    /// Hands a file or folder to the desktop's own program for it; keyed path.
+    virtual void openOutside(const std::string& /*sPath*/) {}
+    virtual void copyText(const std::string& /*sText*/) {}
 
     // Document
 
@@ -165,6 +196,15 @@ public:
     virtual void moveCameraForward(float fDistance) = 0;
     /// Where the ray through the cursor meets the ground or an object, 4000 m at most.
     [[nodiscard]] virtual std::optional<std::array<float, 3>> cursorHit() const = 0;
+    /// Glides to the selection; with bLastOnly close up to the active entity.
+    virtual void focusSelection(bool /*bLastOnly*/) {}
+    /// The tile's character comes to where the ray through the cursor hits.
+    virtual void placeCharacterAtCursor() {}
+    /// The same with the tile's grid, on steps of 0.25 m; then it goes to the selection, if there is one.
+    virtual void placeGridAtCursor() {}
+    /// Makes the grid of the open document at its origin, or takes it away.
+    virtual void toggleGrid() {}
+    [[nodiscard]] virtual bool hasGrid() const { return false; }
     /// Metres; nothing without a grid entity.
     [[nodiscard]] virtual std::optional<float> gridSpacing() const = 0;
     /// What stands in the view in this frame.

@@ -34,6 +34,13 @@ public:
     virtual void toggleStatusOverlay() = 0;
     virtual void showTileSettingsWindow(bool bShow) = 0;
     [[nodiscard]] virtual bool isTileSettingsVisible() const = 0;
+    virtual void toggleOutliner() {}
+    [[nodiscard]] virtual bool isOutlinerVisible() const { return false; }
+
+    /// The right-click menu of the entity tool, at a client pixel.
+    virtual void showEntityMenu(int /*iX*/, int /*iY*/) {}
+    /// Whether a click may take this entity: a visible outliner lets only those pass that it lists.
+    [[nodiscard]] virtual bool isListed(uint32_t /*uEntityId*/) const { return true; }
 
     /// Reads the editor object and sets every widget anew; bits of ChangeMask.
     virtual void refresh(uint32_t uMask) = 0;

@@ -1,9 +1,13 @@
 #pragma once // The state of the tools.
 
+#include "KestrelCommon/Core/Uuid.h"
+#include "TileEditorCommon/Contracts/Entity.h"
+
 #include <array>
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 namespace tilebuilder
@@ -59,12 +63,19 @@ struct EditorToolState
     uint8_t selectMode = 1; ///< 1 normal; 0 connect mode
     uint32_t heightMode = HeightRaise;
     const Brush* pBrush = nullptr;
-    int32_t strength = 50; ///< 0 to 100
-    int32_t size = 25;     ///< diameter in metres, 0 to 10000
-    bool noPlacement = true;
+    int32_t strength = 50;                     ///< 0 to 100
+    int32_t size = 25;                         ///< diameter in metres, 0 to 10000
+    bool noPlacement = true;                   ///< no placement drag is under way
+    uint8_t placementType = 0;                 ///< EntityTypeId of what is placed
+    std::string placementPath;                 ///< keyed path of the prefab or blueprint to place
+    Uuid placementUuid;                        ///< of what is placed, for kinds that are named by one
+    Entity placementHandle;                    ///< what the drag moves; the null entity until it is made
+    std::unordered_set<uint32_t> placementIds; ///< moved by the drag, so that its rays pass through
+    bool randomZRotation = true;               ///< placed things are turned at random
     std::vector<uint8_t> clutterSelection;
     ColorRgba entityColor{1.0f, 1.0f, 1.0f, 1.0f};
     ColorRgba groundColor{1.0f, 1.0f, 1.0f, 1.0f};
+    std::string colorSlotName;         ///< slot of an asset that the eyedropper reads
     ColorRgba* pColorTarget = nullptr; ///< what the eyedropper and the colour editor write to; borrowed
     uint8_t colorTargetKind = ColorTargetNone;
     ColorCallback onColorChanged; ///< after the colour editor wrote the target

@@ -56,7 +56,7 @@ private:
         const auto spanSurface = m_result.image.sectionBytes(surface);
         if (!QM_ASSERT_TEXT(spanSurface && surface.uSize == tile::surfaceSectionSize(0), mips.pReadAssertion))
             return false;
-        if (!m_fnKnown || !m_fnKnown(uCell, mips.eGroup, *spanSurface))
+        if (!m_fnKnown || !m_fnKnown(uCell, mips, 0, *spanSurface))
             m_result.vecSurface.push_back({uCell, &mips, 0, surface, *spanSurface, {}});
 
         const tile::SectionGroupInfo& group = tile::sectionGroup(tile::SectionGroup::Clutter);
@@ -64,7 +64,7 @@ private:
         const auto spanClutter = m_result.image.sectionBytes(clutter);
         if (!QM_ASSERT_TEXT(spanClutter && clutter.uSize <= s_uMaxClutter, group.pReadAssertion))
             return false;
-        if (!m_fnKnown || !m_fnKnown(uCell, group.eGroup, *spanClutter))
+        if (!m_fnKnown || !m_fnKnown(uCell, group, 0, *spanClutter))
             m_result.vecClutter.push_back({uCell, &group, 0, clutter, *spanClutter, {}});
         return true;
     }
@@ -73,15 +73,17 @@ private:
                  const tile::Section& section)
     {
         const uint32_t uVersion = m_result.image.header().version;
-        const bool bUnderstood = m_providers[static_cast<size_t>(group.eGroup)] != nullptr;
-        if (section.uCount > 0 && uVersion != tile::VersionCurrent && !bUnderstood)
-            m_result.bForeignObjects = true;
+        const CellObjectProviderI* pProvider = m_providers[static_cast<size_t>(group.eGroup)];
         if (!tile::isPresent(group, section, uVersion))
             return true;
+        if (pProvider && pProvider->losesRecords(uVersion))
+            m_result.bForeignObjects = true;
         // Every record has at least a byte.
         const auto spanBytes = m_result.image.sectionBytes(section);
         if (!QM_ASSERT_TEXT(spanBytes && section.uCount <= section.uSize, group.pReadAssertion))
             return false;
+        if (m_fnKnown && m_fnKnown(uCell, group, uElement, *spanBytes))
+            return true;
         m_result.vecObjects.push_back({uCell, &group, uElement, section, *spanBytes, {}});
         return true;
     }

@@ -28,17 +28,17 @@ struct CheckedImage
     std::vector<CheckedSection> vecSurface; ///< mip 0 of the cells that have to be read
     std::vector<CheckedSection> vecClutter;
     std::vector<CheckedSection> vecObjects; ///< all present groups, cell by cell in reading order
-    /// Objects that the editor neither understands nor can carry: of an older version without a
-    /// provider, or scripts.
+    /// Objects that writing would lose: scripts, or records of which a provider says so.
     bool bForeignObjects = false;
     OwnedBytes pRaw; ///< what the raw spans refer to
 };
 
-/// Which providers there are, by group; null entries are carried.
+/// The providers by group. Records of a group without one are not checked.
 using ProviderTable = std::array<CellObjectProviderI*, tile::SectionGroupCount>;
 
 /// Says that a cell's section is known already and needn't be unpacked or read again.
-using KnownSection = std::function<bool(size_t uCell, tile::SectionGroup eGroup, std::span<const std::byte>)>;
+using KnownSection = std::function<bool(size_t uCell, const tile::SectionGroupInfo& group, uint32_t uElement,
+                                        std::span<const std::byte>)>;
 
 /// Compares every size, count and offset with the image and unpacks every section that reading
 /// needs, on all cores. On a fault logs a line (the frame's text with the path, or the assertion

@@ -12,12 +12,20 @@ namespace tilebuilder
 
 namespace fs = std::filesystem;
 
-Tile::Tile(const TileServices& services) : m_services(services) {}
+Tile::Tile(const TileServices& services) : m_services(services)
+{
+    for (const tile::SectionGroup eGroup : tile::objectReadOrder())
+    {
+        m_vecCarried.push_back(std::make_unique<CarriedObjects>(eGroup));
+        m_providers[static_cast<size_t>(eGroup)] = m_vecCarried.back().get();
+    }
+}
 Tile::~Tile() = default;
 
 void Tile::addProvider(CellObjectProviderI& provider)
 {
     m_providers[static_cast<size_t>(provider.group())] = &provider;
+    std::erase_if(m_vecCarried, [&](const auto& pCarried) { return pCarried->group() == provider.group(); });
 }
 
 void Tile::create(const Uuid& uuid, uint64_t creatorId, int32_t width, int32_t height, uint32_t type)
@@ -32,7 +40,8 @@ void Tile::create(const Uuid& uuid, uint64_t creatorId, int32_t width, int32_t h
     m_terrainCategory = 0;
     m_terrainCategoryIndex = 0;
     m_bForeignObjects = false;
-    m_mapCarried.clear();
+    for (const auto& pCarried : m_vecCarried)
+        pCarried->clear();
     m_cellCache.clear();
     m_states.clear();
     m_stateIndex = 0;

@@ -2,12 +2,14 @@
 
 #include "KestrelCommon/Core/Uuid.h"
 #include "TileEditorCommon/Contracts/DocumentHostI.h"
+#include "TileEditorCommon/Document/CarriedObjects.h"
 #include "TileEditorCommon/Document/CellCache.h"
 #include "TileEditorCommon/Document/ImageCheck.h"
 #include "TileEditorCommon/Document/TileState.h"
 
+#include <deque>
+#include <memory>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace tilebuilder
@@ -36,7 +38,7 @@ enum class SaveResult : uint8_t
 /// belong to the surface and the clutter of the editor, of which the open document has the use.
 ///
 /// Paths:   keyed. Threads: main thread; work fans out and joins inside a call.
-/// Objects: sections of groups without a provider are kept as bytes and written back unchanged.
+/// Objects: groups without a provider are carried.
 class Tile
 {
 public:
@@ -113,13 +115,6 @@ public:
 
 private:
     struct CellParts;
-    /// An object section that is kept as it came.
-    struct CarriedSection
-    {
-        tile::Section section;
-        std::vector<std::byte> vecBytes;
-    };
-
     [[nodiscard]] std::string path() const { return m_directory + "/" + m_name; }
     void writeCell(size_t uCell, uint32_t flags, CellParts& parts);
     void writeObjects(size_t uCell, uint32_t flags, const tile::SectionGroupInfo& group, CellParts& parts);
@@ -127,7 +122,16 @@ private:
     [[nodiscard]] TileState assemble(std::vector<CellParts>& vecParts) const;
     void takeIdentity(const CheckedImage& checked, const std::string& sDirectory, const std::string& sName);
     void takeGround(const CheckedImage& checked, bool bRestoring);
-    void takeObjects(const CheckedImage& checked, bool bRestoring, bool bClearSelection, bool bKeepIds);
+    void takeObjects(const CheckedImage& checked, const ObjectReadMode& mode);
+    void addEmptied(const CheckedImage& checked, const ObjectReadMode& mode,
+                    std::vector<CheckedSection>& vecRead);
+    void readSeparated(const ObjectSection& objects, std::deque<ByteStream>& deqSeparated);
+    [[nodiscard]] CellObjectProviderI& provider(tile::SectionGroup eGroup) const
+    {
+        return *m_providers[static_cast<size_t>(eGroup)];
+    }
+    [[nodiscard]] bool isKnown(size_t uCell, const tile::SectionGroupInfo& group, uint32_t uElement,
+                               std::span<const std::byte> spanBytes);
     void adoptSections(const CheckedImage& checked, const CheckedSection& section, uint64_t uRevision);
     [[nodiscard]] bool prepareFile(const std::string& name, const std::string& directory, uint32_t flags,
                                    PreparedFile& file);
@@ -136,6 +140,7 @@ private:
 
     TileServices m_services;
     ProviderTable m_providers{};
+    std::vector<std::unique_ptr<CarriedObjects>> m_vecCarried; ///< of the groups that nobody else serves
 
     std::string m_directory;
     std::string m_name; ///< empty until the tile has a place
@@ -150,7 +155,6 @@ private:
     uint64_t m_surfaceRevision = 0; ///< of the surface when its fast sections were last compressed
     uint64_t m_clutterRevision = 0;
     CellCache m_cellCache;
-    std::unordered_map<uint64_t, CarriedSection> m_mapCarried; ///< by cell and slot
     std::vector<TileState> m_states;
     uint64_t m_stateIndex = 0;
 };

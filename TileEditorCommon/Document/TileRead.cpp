@@ -2,6 +2,7 @@
 
 #include "KestrelCommon/Core/Assert.h"
 #include "KestrelCommon/Core/Console.h"
+#include "KestrelCommon/Tile/Records/BlueprintRecord.h"
 #include "TileEditorCommon/Clutter/EditorTerrainClutter.h"
 #include "TileEditorCommon/Document/Tile.h"
 #include "TileEditorCommon/Ground/EditorTerrainSurface.h"
@@ -12,24 +13,13 @@ namespace tilebuilder
 bool Tile::read(std::span<const std::byte> spanImage, const std::string& sDirectory, const std::string& sName,
                 bool bRestoring, bool bClearSelection, bool bKeepIds)
 {
-    // What the cache holds for a cell is what its grid holds, as long as the revision stands: the
-    // same bytes in the image then bring nothing new.
     KnownSection fnKnown;
-    if (bRestoring && m_type == tile::TypeGround)
+    if (bRestoring)
     {
         m_cellCache.resize(static_cast<size_t>(m_width) * static_cast<size_t>(m_height));
-        fnKnown = [this](size_t uCell, tile::SectionGroup eGroup, std::span<const std::byte> spanBytes)
-        {
-            const int iCellX = static_cast<int>(uCell % static_cast<size_t>(m_width));
-            const int iCellY = static_cast<int>(uCell / static_cast<size_t>(m_width));
-            const uint64_t uRevision = eGroup == tile::SectionGroup::Mips
-                                           ? m_services.surface.cellRevision(iCellX, iCellY)
-                                           : m_services.clutter.cellRevision(iCellX, iCellY);
-            const CachedSection& section =
-                m_cellCache.section(uCell, CellCache::slot(tile::sectionGroup(eGroup), 0), Lz4Quality::Fast);
-            return section.isCurrent(uRevision) && section.uCompressedSize == spanBytes.size() &&
-                   std::memcmp(section.pBytes.get(), spanBytes.data(), spanBytes.size()) == 0;
-        };
+        fnKnown = [this, bKeepIds](size_t uCell, const tile::SectionGroupInfo& group, uint32_t uElement,
+                                   std::span<const std::byte> spanBytes)
+        { return !(group.isObjects() && bKeepIds) && isKnown(uCell, group, uElement, spanBytes); };
     }
     const auto checked = checkTileImage(spanImage, sDirectory + "/" + sName, m_providers, fnKnown);
     if (!checked)
@@ -52,8 +42,28 @@ bool Tile::read(std::span<const std::byte> spanImage, const std::string& sDirect
             return false;
         takeGround(*checked, bRestoring);
     }
-    takeObjects(*checked, bRestoring, bClearSelection, bKeepIds);
+    takeObjects(*checked, {bRestoring, bClearSelection, bKeepIds});
     return true;
+}
+
+// What the cache holds for a cell is what stands there, as long as the revision does: the same
+// bytes in an image then bring nothing new.
+bool Tile::isKnown(size_t uCell, const tile::SectionGroupInfo& group, uint32_t uElement,
+                   std::span<const std::byte> spanBytes)
+{
+    const int iCellX = static_cast<int>(uCell % static_cast<size_t>(m_width));
+    const int iCellY = static_cast<int>(uCell / static_cast<size_t>(m_width));
+    uint64_t uRevision = 0;
+    if (group.eGroup == tile::SectionGroup::Mips)
+        uRevision = m_services.surface.cellRevision(iCellX, iCellY);
+    else if (group.eGroup == tile::SectionGroup::Clutter)
+        uRevision = m_services.clutter.cellRevision(iCellX, iCellY);
+    else
+        uRevision = provider(group.eGroup).revision(objectCell(uCell), uElement, tile::WriteUndo);
+    const CachedSection& section =
+        m_cellCache.section(uCell, CellCache::slot(group, uElement), Lz4Quality::Fast);
+    return section.isCurrent(uRevision) && section.uCompressedSize == spanBytes.size() &&
+           (spanBytes.empty() || std::memcmp(section.pBytes.get(), spanBytes.data(), spanBytes.size()) == 0);
 }
 
 void Tile::takeIdentity(const CheckedImage& checked, const std::string& sDirectory, const std::string& sName)
@@ -122,29 +132,88 @@ void Tile::adoptSections(const CheckedImage& checked, const CheckedSection& sect
     }
 }
 
-void Tile::takeObjects(const CheckedImage& checked, bool bRestoring, bool bClearSelection, bool bKeepIds)
+void Tile::takeObjects(const CheckedImage& checked, const ObjectReadMode& mode)
 {
-    for (CellObjectProviderI* pProvider : m_providers)
-        if (pProvider)
-            pProvider->beginRead(bRestoring, bClearSelection, bKeepIds);
     // Undo images leave voxel terrain out, so what is there stays.
-    const size_t uVoxelTerrain = CellCache::slot(tile::sectionGroup(tile::SectionGroup::VoxelTerrain), 0);
-    std::erase_if(m_mapCarried, [&](const auto& carried)
-                  { return !bRestoring || carried.first % CellCache::s_uSlots != uVoxelTerrain; });
+    const auto isRead = [&](tile::SectionGroup eGroup)
+    { return !(mode.bRestoring && eGroup == tile::SectionGroup::VoxelTerrain); };
+    for (size_t i = 0; i < m_providers.size(); ++i)
+        if (m_providers[i] && isRead(static_cast<tile::SectionGroup>(i)))
+            m_providers[i]->beginRead(mode);
+    std::vector<CheckedSection> vecRead = checked.vecObjects;
+    if (mode.bRestoring)
+        addEmptied(checked, mode, vecRead);
     const uint32_t uVersion = checked.image.header().version;
-    for (const CheckedSection& section : checked.vecObjects)
+    std::deque<ByteStream> deqSeparated; // stay until all is read
+    for (const CheckedSection& section : vecRead)
     {
-        if (CellObjectProviderI* pProvider = m_providers[static_cast<size_t>(section.pGroup->eGroup)])
-            pProvider->readRecords(section.spanRaw, section.section.uCount, objectCell(section.uCell),
-                                   uVersion);
-        else if (uVersion == tile::VersionCurrent)
-            m_mapCarried[section.uCell * CellCache::s_uSlots +
-                         CellCache::slot(*section.pGroup, section.uElement)] = {
-                section.section, {section.spanCompressed.begin(), section.spanCompressed.end()}};
+        if (!isRead(section.pGroup->eGroup))
+            continue;
+        const ObjectSection objects{section.spanRaw, section.section.uCount, uVersion,
+                                    objectCell(section.uCell), section.uElement};
+        if (section.pGroup->eGroup == tile::SectionGroup::Blueprints &&
+            uVersion == tile::VersionPrefabsAmongBlueprints)
+            readSeparated(objects, deqSeparated);
+        else
+            provider(section.pGroup->eGroup).readRecords(objects);
     }
-    for (CellObjectProviderI* pProvider : m_providers)
-        if (pProvider)
-            pProvider->endRead();
+    for (size_t i = 0; i < m_providers.size(); ++i)
+        if (m_providers[i] && isRead(static_cast<tile::SectionGroup>(i)))
+            m_providers[i]->endRead();
+    if (!mode.bRestoring)
+        return;
+    for (const CheckedSection& section : vecRead)
+        CellCache::adopt(m_cellCache.section(section.uCell,
+                                             CellCache::slot(*section.pGroup, section.uElement),
+                                             Lz4Quality::Fast),
+                         provider(section.pGroup->eGroup)
+                             .revision(objectCell(section.uCell), section.uElement, tile::WriteUndo),
+                         section.section, section.spanCompressed);
+}
+
+// Hands blueprints and the prefabs among them to their own providers, as the current version.
+void Tile::readSeparated(const ObjectSection& objects, std::deque<ByteStream>& deqSeparated)
+{
+    std::vector<tile::BlueprintRecord> vecBlueprints;
+    std::vector<tile::PrefabRecord> vecPrefabs;
+    ByteCursor cursor(objects.spanRecords);
+    if (!QM_ASSERT(tile::readRecords(cursor, {objects.uCount, objects.uVersion, {}}, vecBlueprints)))
+        return;
+    tile::separatePrefabs(objects.uVersion, vecBlueprints, vecPrefabs);
+    const auto hand = [&](const auto& vecRecords, tile::SectionGroup eGroup)
+    {
+        if (vecRecords.empty())
+            return;
+        ByteStream& stream = deqSeparated.emplace_back();
+        for (const auto& record : vecRecords)
+            tile::writeRecord(stream, record, {});
+        provider(eGroup).readRecords({stream.bytes(), static_cast<uint32_t>(vecRecords.size()),
+                                      tile::VersionCurrent, objects.cell, objects.uLevel});
+    };
+    hand(vecBlueprints, tile::SectionGroup::Blueprints);
+    hand(vecPrefabs, tile::SectionGroup::Prefabs);
+}
+
+// The sections that hold objects now and none in the image.
+void Tile::addEmptied(const CheckedImage& checked, const ObjectReadMode& mode,
+                      std::vector<CheckedSection>& vecRead)
+{
+    // Without bounds all objects stand in the first cell.
+    const size_t uCells = m_type == tile::TypeGround ? checked.image.cellCount() : 1;
+    for (size_t uCell = 0; uCell < uCells; ++uCell)
+    {
+        const tile::CellHeader header = checked.image.cellHeader(uCell);
+        for (const tile::SectionGroup eGroup : tile::objectReadOrder())
+        {
+            const tile::SectionGroupInfo& group = tile::sectionGroup(eGroup);
+            if (eGroup == tile::SectionGroup::VoxelTerrain)
+                continue;
+            for (uint32_t i = 0; i < group.uElements; ++i)
+                if (tile::section(header, group, i).uCount == 0 &&
+                    (mode.bKeepIds || !isKnown(uCell, group, i, {})))
+                    vecRead.push_back({uCell, &group, i, {}, {}, {}});
+        }
+    }
 }
 
 } // namespace tilebuilder

@@ -104,20 +104,12 @@ void Tile::writeObjects(size_t uCell, uint32_t flags, const tile::SectionGroupIn
 {
     const Lz4Quality eQuality = flags & tile::WriteFinal ? Lz4Quality::Final : Lz4Quality::Fast;
     CellObjectProviderI* pProvider = m_providers[static_cast<size_t>(group.eGroup)];
+    // Without bounds every cell would get all objects: they are written once.
+    if (m_type != tile::TypeGround && uCell > 0)
+        return;
     for (uint32_t uElement = 0; uElement < group.uElements; ++uElement)
     {
         const size_t uSlot = CellCache::slot(group, uElement);
-        if (!pProvider)
-        {
-            const auto it = m_mapCarried.find(uCell * CellCache::s_uSlots + uSlot);
-            if (it != m_mapCarried.end())
-                parts.add(group, uElement, it->second.section.uCount, it->second.section.uSize,
-                          it->second.vecBytes);
-            continue;
-        }
-        // Without bounds every cell would get all objects: they are written once.
-        if (m_type != tile::TypeGround && uCell > 0)
-            continue;
         const ObjectCell cell = objectCell(uCell);
         const uint64_t uRevision = pProvider->revision(cell, uElement, flags);
         // Flattened objects are another content under the same revision.

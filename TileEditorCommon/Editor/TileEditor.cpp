@@ -5,12 +5,17 @@
 #include "KestrelCommon/Core/Random.h"
 #include "KestrelCommon/Services/DirectoryManager.h"
 #include "KestrelCommon/renderer/Camera.h"
+#include "KestrelCommon/renderer/InstanceWorld.h"
 #include "KestrelCommon/renderer/Renderer.h"
 #include "TileEditorCommon/Clutter/EditorTerrainClutter.h"
 #include "TileEditorCommon/Contracts/ChangeMask.h"
+#include "TileEditorCommon/Document/EntitySections.h"
 #include "TileEditorCommon/Document/Tile.h"
 #include "TileEditorCommon/Editor/CachedTile.h"
+#include "TileEditorCommon/Editor/EntityKinds.h"
 #include "TileEditorCommon/Editor/GroundView.h"
+#include "TileEditorCommon/Entities/Entities.h"
+#include "TileEditorCommon/Entities/TagManager.h"
 #include "TileEditorCommon/Ground/Brush.h"
 #include "TileEditorCommon/Ground/CollisionWorld.h"
 #include "TileEditorCommon/Ground/EditorTerrainSurface.h"
@@ -48,6 +53,13 @@ TileEditor::TileEditor(const EditorServices& services, bool bInfoBox, uint64_t u
     m_pClutter = std::make_unique<EditorTerrainClutter>(*this, *m_pSurface, *m_pClutterDatabase);
     if (m_services.pRenderer && m_services.pRenderer->loadClutter(*m_pClutterDatabase))
         m_pClutter->attach(m_services.pRenderer->cullingGroups(), m_services.pRenderer->clutterTypes());
+    m_pTagManager = std::make_unique<TagManager>();
+    m_pInstanceWorld = std::make_unique<rend::InstanceWorld>();
+    m_pEntities = std::make_unique<Entities>(*this, m_toolState);
+    addEntityKinds(*m_pEntities, *m_pInstanceWorld);
+    if (m_services.pRenderer)
+        m_services.pRenderer->setInstances(m_pInstanceWorld.get());
+    m_pEntitySections = std::make_unique<EntitySections>(*m_pEntities);
     m_toolState.tool = ToolPlace;
     newTile(1);
 }
@@ -56,6 +68,8 @@ TileEditor::~TileEditor()
 {
     closeDocument();
     m_mapCachedTileStates.clear();
+    if (m_services.pRenderer)
+        m_services.pRenderer->setInstances(nullptr);
     _Instance = nullptr;
 }
 
@@ -72,6 +86,8 @@ void TileEditor::setTool(uint8_t uTool)
     if (m_toolState.tool != uTool)
     {
         m_toolState.tool = uTool;
+        if (uTool != ToolPlace)
+            m_pEntities->clearSelection();
         if (uTool == ToolColor)
             armGroundColor();
         else

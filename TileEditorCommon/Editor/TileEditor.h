@@ -23,6 +23,7 @@ struct AudioListener;
 namespace rend
 {
 class GraphicsDeviceI;
+class InstanceWorld;
 class Renderer;
 } // namespace rend
 namespace resource
@@ -41,12 +42,18 @@ struct BrushDab;
 class CollisionWorld;
 class EditorTerrainClutter;
 class EditorTerrainSurface;
+class Entities;
+class EntityRenderI;
+class EntitySections;
 class GroundTextures;
 class GroundView;
 class IconGenerator;
+class TagManager;
 class TerrainGroundMaterialSet;
 class Tile;
 struct CachedTile;
+struct PickRay;
+struct RayHit;
 enum class SaveResult : uint8_t;
 
 /// What the editor object works with; all borrowed and longer-lived.
@@ -58,6 +65,7 @@ struct EditorServices
     rend::GraphicsDeviceI* pDevice = nullptr; ///< null: nothing is drawn, in tests
     resource::ResourceManager* pResources = nullptr;
     rend::Renderer* pRenderer = nullptr;
+    EntityRenderI* pEntityRender = nullptr; ///< null: entities show nothing, in tests and the batch
 };
 
 /// Holds the one open document and turns input into changes of it. Exactly one exists. Its
@@ -108,6 +116,7 @@ public:
 
     [[nodiscard]] Tile* tile() const { return m_pTile.get(); }
     [[nodiscard]] EditorTerrainSurface& surface() { return *m_pSurface; }
+    [[nodiscard]] Entities& entityStore() { return *m_pEntities; }
 
     // EditorActionsI
 
@@ -149,7 +158,12 @@ public:
     void setFlySpeed(float fSpeed) override;
     void moveCameraForward(float fDistance) override;
     [[nodiscard]] std::optional<std::array<float, 3>> cursorHit() const override;
-    [[nodiscard]] std::optional<float> gridSpacing() const override { return std::nullopt; }
+    void focusSelection(bool bLastOnly) override;
+    void placeCharacterAtCursor() override;
+    void placeGridAtCursor() override;
+    void toggleGrid() override;
+    [[nodiscard]] bool hasGrid() const override;
+    [[nodiscard]] std::optional<float> gridSpacing() const override;
     [[nodiscard]] std::vector<WorldLabel> worldLabels() const override { return m_vecWorldLabels; }
 
     // EditorSinkI
@@ -178,6 +192,7 @@ private:
     bool pushPending();
     void labelCorners();
     void updateTools(float dt);
+    void openEntityMenu();
     void endPress();
     [[nodiscard]] std::optional<glm::vec3> groundUnderCursor() const;
 
@@ -190,13 +205,30 @@ private:
     void armGroundColor();
     void pickGroundColor();
 
+    // Entities
+
+    [[nodiscard]] PickRay cursorRay() const;
+    /// The first thing that a ray meets: a shape, but those of some entities, or the ground.
+    [[nodiscard]] std::optional<RayHit> castScene(const PickRay& ray,
+                                                  const std::unordered_set<uint32_t>& setIgnored) const;
+    void updateEntityTool();
+    void placementStep();
+    void placeNew(const RayHit& hit);
+    void beginMiddleDrag();
+    void endPlacement();
+    void clickEntities();
+    void connectTo(const Entity& picked);
+    void pickEntityColor(const Entity& picked);
+    void moveGridToSelection();
+    void updateEntities(float dt);
+
     // Documents
 
     [[nodiscard]] std::unique_ptr<Tile> makeTile();
     [[nodiscard]] std::string documentPath() const;
     void leaveTile();
     bool returnToTile(const std::string& sPath);
-    void onDocumentOpened(int32_t iWidth, int32_t iHeight, uint32_t uType);
+    void onDocumentOpened(int32_t iWidth, int32_t iHeight, uint32_t uType, const std::string& sPath);
     void frameDocument(int32_t iWidth, int32_t iHeight);
 
     // Save
@@ -218,6 +250,10 @@ private:
     std::unique_ptr<GroundView> m_pGroundView; ///< null without a device
     std::unique_ptr<tile::ClutterDatabase> m_pClutterDatabase;
     std::unique_ptr<EditorTerrainClutter> m_pClutter;
+    std::unique_ptr<TagManager> m_pTagManager;
+    std::unique_ptr<rend::InstanceWorld> m_pInstanceWorld;
+    std::unique_ptr<Entities> m_pEntities;
+    std::unique_ptr<EntitySections> m_pEntitySections;
     std::unique_ptr<IconGenerator> m_pIconGenerator; ///< null without a device
     std::unique_ptr<Tile> m_pTile;
     std::map<std::string, std::unique_ptr<CachedTile>>

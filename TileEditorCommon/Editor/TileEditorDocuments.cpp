@@ -8,11 +8,14 @@
 #include "KestrelCommon/renderer/Camera.h"
 #include "KestrelCommon/renderer/Renderer.h"
 #include "TileEditorCommon/Clutter/EditorTerrainClutter.h"
+#include "TileEditorCommon/Document/EntitySections.h"
 #include "TileEditorCommon/Document/Tile.h"
 #include "TileEditorCommon/Editor/CachedTile.h"
 #include "TileEditorCommon/Editor/GroundView.h"
 #include "TileEditorCommon/Editor/ProgressScope.h"
 #include "TileEditorCommon/Editor/TileEditor.h"
+#include "TileEditorCommon/Entities/Entities.h"
+#include "TileEditorCommon/Entities/Grid/GridEntityType.h"
 #include "TileEditorCommon/Ground/EditorTerrainSurface.h"
 
 #include <cmath>
@@ -54,7 +57,10 @@ void TileEditor::whenSafe(std::function<void()> fnAction)
 
 std::unique_ptr<Tile> TileEditor::makeTile()
 {
-    return std::make_unique<Tile>(TileServices{*this, *m_pSurface, *m_pClutter});
+    auto pTile = std::make_unique<Tile>(TileServices{*this, *m_pSurface, *m_pClutter});
+    for (const auto& pProvider : m_pEntitySections->providers())
+        pTile->addProvider(*pProvider);
+    return pTile;
 }
 
 void TileEditor::requestNewTile(int32_t iSize)
@@ -70,7 +76,7 @@ void TileEditor::newTile(int32_t iSize)
         return;
     m_pTile = makeTile();
     m_pTile->create(Uuid::random(), m_uCreatorId, iSize, iSize, tile::TypeGround);
-    onDocumentOpened(iSize, iSize, tile::TypeGround);
+    onDocumentOpened(iSize, iSize, tile::TypeGround, {});
     m_pTile->pushState(true);
     skipPendingChanges();
 }
@@ -130,13 +136,13 @@ bool TileEditor::openTile(const std::string& sPath, bool bForget)
     return bLoaded;
 }
 
-void TileEditor::reinitialise(int32_t iWidth, int32_t iHeight, uint32_t uType, const std::string& /*sPath*/)
+void TileEditor::reinitialise(int32_t iWidth, int32_t iHeight, uint32_t uType, const std::string& sPath)
 {
     if (!QM_ASSERT(m_pIncomingTile != nullptr))
         return;
     closeDocument();
     m_pTile = std::move(m_pIncomingTile);
-    onDocumentOpened(iWidth, iHeight, uType);
+    onDocumentOpened(iWidth, iHeight, uType, sPath);
 }
 
 void TileEditor::closeDocument()
@@ -152,7 +158,10 @@ void TileEditor::closeDocument()
         m_pClutter->release();
         m_bGroundOpen = false;
     }
+    if (m_bObjectsOpen)
+        m_pEntities->closeTile();
     m_bObjectsOpen = false;
+    endPlacement();
     leaveTile();
     m_bStrokeActive = false;
     m_bStrokeDirty = false;
@@ -161,14 +170,18 @@ void TileEditor::closeDocument()
     BugSplatUtil::setCurrentFile({});
 }
 
-void TileEditor::onDocumentOpened(int32_t iWidth, int32_t iHeight, uint32_t uType)
+void TileEditor::onDocumentOpened(int32_t iWidth, int32_t iHeight, uint32_t uType, const std::string& sPath)
 {
+    m_pEntities->openTile({iWidth, iHeight, uType, sPath});
     if (uType == tile::TypeGround)
     {
         m_pSurface->init(iWidth * tile::CellSize, iHeight * tile::CellSize);
         m_pClutter->init(iWidth * tile::CellSize, iHeight * tile::CellSize);
         m_bGroundOpen = true;
     }
+    else
+        m_pEntities->placeGrid(
+            {glm::vec3(0.0f), {1.0f, 0.0f, 0.0f, 0.0f}, glm::vec3(GridEntityType::s_fNewScale)});
     m_bObjectsOpen = true;
     if (m_services.pRenderer)
         m_services.pRenderer->setSceneMode(uType == tile::TypeGround ? rend::SceneMode::GroundTile

@@ -145,7 +145,7 @@ bool TileEditor::returnToTile(const std::string& sPath)
     const std::unique_ptr<CachedTile> pCached = std::move(it->second);
     m_mapCachedTileStates.erase(it);
     m_pTile = std::move(pCached->pTile);
-    onDocumentOpened(m_pTile->width(), m_pTile->height(), m_pTile->type());
+    onDocumentOpened(m_pTile->width(), m_pTile->height(), m_pTile->type(), documentPath());
     m_services.pCamera->isGliding = false;
     m_services.pCamera->position = pCached->cameraPosition;
     m_services.pCamera->rotation = pCached->cameraRotation;

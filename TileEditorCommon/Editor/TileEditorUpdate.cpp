@@ -31,6 +31,8 @@ void TileEditor::update(float dt)
         }
         if (!m_services.pInput->buttonDown[0] && !m_services.pInput->buttonDown[2])
             endPress();
+        updateEntities(dt);
+        openEntityMenu();
         if (m_bGroundOpen)
             m_pClutter->update(glm::vec2(m_services.pCamera->position), !m_bStrokeActive);
     }
@@ -71,6 +73,18 @@ void TileEditor::updateTools(float dt)
         return;
     if (m_bGroundOpen && m_toolState.tool <= ToolClutter && m_toolState.pickState == PickNormal)
         paintStep(dt);
+    if (m_toolState.tool == ToolPlace)
+        updateEntityTool();
+}
+
+/// A right click that turned no view.
+void TileEditor::openEntityMenu()
+{
+    const InputManager& input = *m_services.pInput;
+    if (m_toolState.tool != ToolPlace || input.buttonState[1] != InputReleased || !m_pInterface ||
+        m_pInterface->isMouseOverWidget() || m_services.pCamera->dragged)
+        return;
+    m_pInterface->showEntityMenu(input.mousePosition.iX, input.mousePosition.iY);
 }
 
 void TileEditor::endPress()
@@ -81,6 +95,8 @@ void TileEditor::endPress()
         m_bStrokeDirty = false;
     }
     m_bStrokeActive = false;
+    if (!m_toolState.noPlacement)
+        endPlacement();
     if (m_toolState.pickState == PickConsumed)
         m_toolState.pickState = PickNormal;
 }
@@ -98,8 +114,12 @@ std::optional<glm::vec3> TileEditor::groundUnderCursor() const
 
 void TileEditor::leftMouseDown()
 {
-    if (isDocumentOpen() && m_toolState.tool == ToolColor && m_toolState.pickState == PickArmed)
+    if (!isDocumentOpen())
+        return;
+    if (m_toolState.tool == ToolColor && m_toolState.pickState == PickArmed)
         pickGroundColor();
+    if (m_toolState.tool == ToolPlace)
+        clickEntities();
 }
 
 } // namespace tilebuilder

@@ -104,11 +104,14 @@ void bindEditorActions(KeyBindings& keys, EditorActionsI& actions, EditorInterfa
                                        windows.toggleStatusOverlay();
                                        actions.markInterfaceDirty(0);
                                    }));
-    // Polled by the editor object.
-    keys.bind(ActionCharacter, {.uVk = KeySpace, .bNeedsPointerFree = false});
-    keys.bind(ActionMoveGrid, {.uVk = 'G', .bNeedsPointerFree = false});
+    keys.bind(ActionFocus, always('F', 0, [&actions] { actions.focusSelection(false); }));
+    keys.bind(ActionFocusLast, always('F', ModShift, [&actions] { actions.focusSelection(true); }));
+    const auto bindInView = [&](EditorAction eAction, uint32_t uVk, std::function<void()> fnHandler)
+    { keys.bind(eAction, {.uVk = uVk, .bNeedsPointerFree = false, .fnHandler = std::move(fnHandler)}); };
+    bindInView(ActionCharacter, KeySpace, [&actions] { actions.placeCharacterAtCursor(); });
+    bindInView(ActionMoveGrid, 'G', [&actions] { actions.placeGridAtCursor(); });
+    keys.bind(ActionToggleGrid, whenFree('G', ModShift, [&actions] { actions.toggleGrid(); }));
     // Shown in menus and tips; what they act on isn't there yet.
-    keys.bind(ActionToggleGrid, whenFree('G', ModShift, {}));
     keys.bind(ActionSnap, always('S', 0, {}));
     keys.bind(ActionPivot, whenFree('X', 0, {}));
     keys.bind(ActionOutliner, whenFree('O', ModShift, {}));

@@ -13,6 +13,8 @@ namespace tilebuilder
 /// Ids of the actions, as menus and tips name them.
 enum EditorAction : uint32_t
 {
+    ActionFocus = 0,
+    ActionFocusLast = 1,
     ActionNew = 8,
     ActionSave = 9,
     ActionSaveAs = 10,

@@ -1,0 +1,1 @@
+qm_tests(AssetTests Assets ROOMS KestrelCommon/Assets)

@@ -1,0 +1,1 @@
+qm_tests(CatalogueTests Catalogue ROOMS TileEditorCommon/Catalogue)

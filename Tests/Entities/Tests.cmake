@@ -1,0 +1,1 @@
+qm_tests(EntitiesTests Entities ROOMS TileEditorCommon/Entities)

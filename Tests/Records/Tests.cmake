@@ -1,0 +1,1 @@
+qm_tests(RecordsTests Records ROOMS KestrelCommon/Tile/Records)
