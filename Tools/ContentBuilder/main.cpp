@@ -6,6 +6,7 @@
 #include "Tools/ContentBuilder/Clutter.h"
 #include "Tools/ContentBuilder/ImageFile.h"
 #include "Tools/ContentBuilder/Materials.h"
+#include "Tools/ContentBuilder/Models/ModelFiles.h"
 #include "Tools/ContentBuilder/OutputFolder.h"
 
 #include <algorithm>
@@ -65,11 +66,24 @@ std::vector<fs::path> filesBelow(const fs::path& folder)
     return vecFiles;
 }
 
-uint64_t hashOfSources(const fs::path& folder)
+/// Files of one kind: what changes in the models leaves the ground's textures as they are, and so on.
+enum class Sources : uint8_t
+{
+    Ground,
+    ModelPictures,
+    Models,
+};
+
+uint64_t hashOfSources(const fs::path& folder, Sources eSources)
 {
     uint64_t uHash = hashBytes("content");
     for (const fs::path& file : filesBelow(folder))
-        uHash = hashBytes(readFile(file), hashBytes(file.filename().string(), uHash));
+    {
+        const bool bModels = file.parent_path().filename() == "Models";
+        const bool bPictures = bModels && file.stem() == "AssetTextures";
+        if (eSources == (bPictures ? Sources::ModelPictures : bModels ? Sources::Models : Sources::Ground))
+            uHash = hashBytes(readFile(file), hashBytes(file.filename().string(), uHash));
+    }
     return uHash;
 }
 
@@ -266,7 +280,9 @@ int build(const Options& options)
     std::error_code error;
     fs::create_directories(options.output, error);
     OutputFolder output(options.output);
-    const uint64_t uGenerator = hashOfSources(options.generator);
+    const uint64_t uGenerator = hashOfSources(options.generator, Sources::Ground);
+    const uint64_t uModels = hashOfSources(options.generator, Sources::Models);
+    const uint64_t uPictures = hashOfSources(options.generator, Sources::ModelPictures);
 
     std::vector<std::function<bool()>> vecJobs;
     for (const std::span<const Material> spanSet : {standardMaterials(), autumnMaterials()})
@@ -280,7 +296,9 @@ int build(const Options& options)
         vecJobs.emplace_back([&model, uGenerator, &output] { return makeAsset(model, uGenerator, output); });
     for (const ClutterType& type : clutterTypes())
         vecJobs.emplace_back([&type, uGenerator, &output] { return makeClutter(type, uGenerator, output); });
-    for (const fs::path& file : filesBelow(options.source / "Data" / "Gui"))
+    for (auto& job : modelJobs(uModels, uPictures, output))
+        vecJobs.push_back(std::move(job));
+    for (const fs::path& file : filesBelow(options.source / "Data"))
         if (file.extension() == ".svg")
             vecJobs.emplace_back([file, &options, &output] { return makeIcon(file, options, output); });
 
