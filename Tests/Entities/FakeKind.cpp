@@ -73,12 +73,14 @@ bool FakeRecords::read(std::span<const std::byte> spanRecords, uint32_t uCount, 
 FakeWorld::FakeWorld() : entities(sink, tools)
 {
     tools.tool = ToolPlace;
-    const auto addKind = [this](EntityTypeId eId, tile::SectionGroup eGroup)
+    const auto addKind = [this](EntityTypeId eId, std::optional<tile::SectionGroup> eGroup)
     {
         auto pKind = std::make_unique<FakeKind>(entities, eId);
         FakeKind* pBorrowed = pKind.get();
         EntityKind kind;
-        kind.vecRecords.push_back(std::make_unique<FakeRecords>(*pKind, eGroup));
+        kind.pColors = pKind.get();
+        if (eGroup)
+            kind.vecRecords.push_back(std::make_unique<FakeRecords>(*pKind, *eGroup));
         kind.pType = std::move(pKind);
         if (eId == EntityTypeId_Decal)
             kind.fnLocked = [this](uint32_t uId) { return setLocked.contains(uId); };
@@ -87,6 +89,8 @@ FakeWorld::FakeWorld() : entities(sink, tools)
     };
     pAssets = addKind(EntityTypeId_Asset, tile::SectionGroup::Assets);
     pDecals = addKind(EntityTypeId_Decal, tile::SectionGroup::Decals);
+    pPrefabs = addKind(EntityTypeId_Prefab, std::nullopt);
+    pGrids = addKind(EntityTypeId_Grid, std::nullopt);
     entities.openTile({2, 1, tile::TypeGround, ""});
     sink.reset();
 }
@@ -105,6 +109,13 @@ Entity FakeWorld::add(const glm::vec3& position, uint32_t uValue, EntityTypeId e
     Transform transform;
     transform.position = position;
     return add(transform, uValue, eId);
+}
+
+Entity FakeWorld::addSelected(const glm::vec3& position, EntityTypeId eId)
+{
+    const Entity entity = add(position, 0, eId);
+    entities.select(entity, true);
+    return entity;
 }
 
 const FakeInstance& FakeWorld::instance(const Entity& entity)

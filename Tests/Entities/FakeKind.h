@@ -4,6 +4,7 @@
 #include "TileEditorCommon/Contracts/EditorSinkI.h"
 #include "TileEditorCommon/Contracts/EditorToolState.h"
 #include "TileEditorCommon/Entities/Entities.h"
+#include "TileEditorCommon/Entities/EntityColorsI.h"
 #include "TileEditorCommon/Entities/EntityCreateArgs.h"
 #include "TileEditorCommon/Entities/InstanceMap.h"
 
@@ -47,9 +48,10 @@ struct FakeInstance
     uint8_t uScaleFlags = tilebuilder::ScaleCan | tilebuilder::ScaleQuarter;
     bool bByGrid = false;
     uint32_t uSelections = 0;
+    tile::ColorMap colors{{"base", 0}, {"trim", 0}};
 };
 
-class FakeKind : public tilebuilder::EntityTypeI
+class FakeKind : public tilebuilder::EntityTypeI, public tilebuilder::EntityColorsI
 {
 public:
     FakeKind(tilebuilder::EntityHostI& host, tilebuilder::EntityTypeId eId) : m_eId(eId), m_instances(host) {}
@@ -142,6 +144,18 @@ public:
         return pInstance && pInstance->bByGrid;
     }
 
+    [[nodiscard]] tile::ColorMap colors(uint32_t uId) const override
+    {
+        return m_instances.find(uId)->colors;
+    }
+    void setColors(uint32_t uId, const tile::ColorMap& mapColors) override
+    {
+        const auto edit = m_instances.edit(uId, tilebuilder::ChangeEntityValues);
+        for (auto& [sName, uColor] : edit->colors)
+            if (const auto itColor = mapColors.find(sName); itColor != mapColors.end())
+                uColor = itColor->second;
+    }
+
     [[nodiscard]] const FakeInstance* find(uint32_t uId) const { return m_instances.find(uId); }
     /// Changes without a word to anyone but the host.
     [[nodiscard]] tilebuilder::InstanceEdit<FakeInstance> edit(uint32_t uId)
@@ -183,7 +197,8 @@ private:
     tile::SectionGroup m_eGroup;
 };
 
-/// Entities on an open tile of 2 x 1 cells with fakes in the places of assets and decals.
+/// Entities on an open tile of 2 x 1 cells with fakes in the places of assets and decals, and of
+/// prefabs and grids, which it doesn't store.
 struct FakeWorld
 {
     FakeWorld();
@@ -193,6 +208,9 @@ struct FakeWorld
                             tilebuilder::EntityTypeId eId = tilebuilder::EntityTypeId_Asset);
     tilebuilder::Entity add(const Transform& transform, uint32_t uValue = 0,
                             tilebuilder::EntityTypeId eId = tilebuilder::EntityTypeId_Asset);
+    /// The same, selected along with what is.
+    tilebuilder::Entity addSelected(const glm::vec3& position,
+                                    tilebuilder::EntityTypeId eId = tilebuilder::EntityTypeId_Asset);
     [[nodiscard]] static const FakeInstance& instance(const tilebuilder::Entity& entity);
     /// Bytes and count of a section of the plain form, as a tile image holds them.
     struct Stored
@@ -212,5 +230,7 @@ struct FakeWorld
     tilebuilder::Entities entities;
     FakeKind* pAssets = nullptr;
     FakeKind* pDecals = nullptr;
+    FakeKind* pPrefabs = nullptr;
+    FakeKind* pGrids = nullptr;
     std::unordered_set<uint32_t> setLocked; ///< ids of decals that can't be picked
 };

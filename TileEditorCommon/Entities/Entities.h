@@ -153,6 +153,10 @@ public:
     [[nodiscard]] std::span<const Entity> selected() const { return m_vecSelected; }
     [[nodiscard]] bool isSelected(uint32_t uId) const { return m_setSelected.contains(uId); }
     [[nodiscard]] Entity active() const { return m_vecSelected.empty() ? NullEntity : m_vecSelected.back(); }
+    /// Calls with the pivot of each that exists and writes back what changed. One that can't be
+    /// scaled keeps its scale, whatever is asked.
+    void forEachSelected(const std::function<void(Transform& pivot)>& fnChange);
+    void forEachSelectedWithEntity(const std::function<void(Transform& pivot, const Entity&)>& fnChange);
     /// Called when another entity is selected: windows empty their search there.
     void onSelecting(std::function<void()> fnSelecting) { m_fnSelecting = std::move(fnSelecting); }
 

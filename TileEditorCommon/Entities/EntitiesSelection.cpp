@@ -66,6 +66,30 @@ void Entities::deselect(const Entity& entity)
     unselect(entity);
 }
 
+void Entities::forEachSelected(const std::function<void(Transform& pivot)>& fnChange)
+{
+    forEachSelectedWithEntity([&](Transform& pivot, const Entity&) { fnChange(pivot); });
+}
+
+void Entities::forEachSelectedWithEntity(
+    const std::function<void(Transform& pivot, const Entity&)>& fnChange)
+{
+    // What is changed may be taken out of the selection by its type.
+    const std::vector<Entity> vecSelected(m_vecSelected);
+    for (const Entity& entity : vecSelected)
+    {
+        if (!exists(entity))
+            continue;
+        const Transform before = pivot(entity);
+        Transform after = before;
+        fnChange(after, entity);
+        if (!(entity.pType->getScaleFlags(entity.uId) & ScaleCan))
+            after.scale = before.scale;
+        if (!(after == before))
+            setPivot(entity, after);
+    }
+}
+
 /// Without a word to the type, which may be about to lose the instance.
 void Entities::unselect(const Entity& entity)
 {
