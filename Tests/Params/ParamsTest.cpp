@@ -410,9 +410,9 @@ TEST_F(ParamsTest, tracksGoThroughTheTemplateOrStayAsTheyAre)
 
     struct Preview : TrackPreviewI
     {
-        explicit Preview(int& iSeen) : iSeen(iSeen) {}
-        void update(const DynamicData::Value& track) override { iSeen += track.object() != nullptr; }
-        int& iSeen;
+        explicit Preview(int& iCount) : m_iCount(iCount) {}
+        void update(const DynamicData::Value& track) override { m_iCount += track.object() != nullptr; }
+        int& m_iCount;
     };
     int iSeen = 0;
     pClone->pPreview = std::make_unique<Preview>(iSeen);
