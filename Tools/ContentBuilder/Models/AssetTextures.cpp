@@ -104,7 +104,7 @@ Bytes paintMasonry(Bytes& vecNormal, Bytes& vecAsg)
             const float fSoft = fractal(u, v, 5, 3, 915);
             Texel texel;
             texel.colour = tone(0.80f + 0.14f * (fBlock - 0.5f) + 0.06f * fGrain + 0.05f * fSoft +
-                                0.05f * fRound - 0.26f * fJoint);
+                                0.05f * fRound - 0.17f * fJoint);
             texel.fHeight = 3.0f * fRound + 0.8f * fBlock + 0.5f * fGrain - 2.5f * fJoint;
             texel.fGloss = 0.14f;
             return texel;
