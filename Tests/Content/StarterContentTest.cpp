@@ -7,6 +7,7 @@
 #include <cmath>
 #include <glm/geometric.hpp>
 #include <gtest/gtest.h>
+#include <json/value.h>
 #include <set>
 
 namespace
@@ -208,6 +209,41 @@ TEST_F(StarterContentTest, coloursAndPicturesOfEachMaterialExist)
         EXPECT_EQ(setUsed, setDefaults) << sName;
         EXPECT_EQ(setUsed.size(), renderable.colorSlots().size()) << sName;
     }
+}
+
+TEST_F(StarterContentTest, picturesOfTheEditorsMarksExist)
+{
+    std::vector<std::string> vecPictures{"$GAME_DATA/Gui/Editor/ed_gizmo_ring.png"};
+    std::set<std::string> setNames;
+    const Json::Value jList = starterJson("$GAME_DATA/TileEditor/gizmos.json");
+    for (const Json::Value& jGizmo : jList["gizmos"])
+    {
+        EXPECT_TRUE(setNames.insert(jGizmo["name"].asString()).second);
+        vecPictures.push_back(jGizmo["path"].asString());
+    }
+    for (const char* pName :
+         {"asset", "harvestable", "kinematic", "prefab", "decal", "voxelmesh", "node", "error"})
+        EXPECT_TRUE(setNames.contains(pName)) << pName;
+    for (const std::string& sPicture : vecPictures) // they become the layers of one texture
+        EXPECT_EQ(resource::pictureSize(starterPath(sPicture)), std::pair(64, 64)) << sPicture;
+    for (const char* pKind : {"asset", "harvestable", "kinematic", "decal", "shape", "node", "blueprint",
+                              "prefab", "asset_prefab", "search"})
+        EXPECT_TRUE(resource::pictureSize(
+            starterPath(std::string("$GAME_DATA/Gui/Editor/ed_icon_") + pKind + ".png")))
+            << pKind;
+}
+
+TEST_F(StarterContentTest, theFigureIsAPersonTall)
+{
+    const auto pFigure = starterRenderable("$GAME_DATA/Character/character.rend");
+    ASSERT_TRUE(pFigure);
+    ASSERT_FALSE(pFigure->model().bStandIn);
+    EXPECT_NEAR(pFigure->model().box.lowest.y, 0.0f, 0.05f);
+    EXPECT_NEAR(pFigure->model().box.highest.y, 7.2f, 0.1f); // 1.8 m
+    const auto pOrigin = starterRenderable("$GAME_DATA/TileEditor/gui_gizmo_origin.rend");
+    ASSERT_TRUE(pOrigin);
+    EXPECT_NEAR(glm::length(pOrigin->model().box.highest - glm::vec3(1.0f)), 0.0f, 0.01f);
+    EXPECT_EQ(m_log.errors() + m_log.warnings(), 0u) << m_log.dump();
 }
 
 } // namespace

@@ -67,7 +67,7 @@ Bytes paintStone(Bytes& vecNormal, Bytes& vecAsg)
             const float fGrain = fractal(u, v, 24, 3, 905, 0.6f);
             const float fStreak = fractal(u, v * 2.0f, 6, 3, 906);
             Texel texel;
-            texel.colour = tone(0.83f + 0.09f * fSoft + 0.07f * fGrain + 0.05f * fStreak - 0.2f * fCrack);
+            texel.colour = tone(0.83f + 0.09f * fSoft + 0.07f * fGrain + 0.05f * fStreak - 0.12f * fCrack);
             const float fSpot = smoothStep(0.34f, 0.46f, fractal(u, v, 9, 3, 907));
             texel.colour = mix(texel.colour, tone(0.95f), 0.35f * fSpot);
             texel.fHeight = 0.8f * fSoft + 0.5f * fGrain - 1.5f * fCrack;
