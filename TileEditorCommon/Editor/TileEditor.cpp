@@ -15,6 +15,9 @@
 #include "TileEditorCommon/Editor/EntityKinds.h"
 #include "TileEditorCommon/Editor/GroundView.h"
 #include "TileEditorCommon/Entities/Entities.h"
+#include "TileEditorCommon/Entities/EntityClipboard.h"
+#include "TileEditorCommon/Entities/EntityCommands.h"
+#include "TileEditorCommon/Entities/EntityDrag.h"
 #include "TileEditorCommon/Entities/TagManager.h"
 #include "TileEditorCommon/Ground/Brush.h"
 #include "TileEditorCommon/Ground/CollisionWorld.h"
@@ -60,6 +63,7 @@ TileEditor::TileEditor(const EditorServices& services, bool bInfoBox, uint64_t u
     if (m_services.pRenderer)
         m_services.pRenderer->setInstances(m_pInstanceWorld.get());
     m_pEntitySections = std::make_unique<EntitySections>(*m_pEntities);
+    makeEntityTools();
     m_toolState.tool = ToolPlace;
     newTile(1);
 }

@@ -152,7 +152,6 @@ constexpr std::array<EntityCommandInfo, static_cast<size_t>(C::COUNT)> s_arrComm
     {C::PasteColors, 0, 1, Needs::CopyColors},
     {C::Replace, 48, 1, Needs::CopyThings},
     {C::Delete, 6, 1, Needs::Nothing},
-    {C::Hide, 62, 1, Needs::Nothing},
 }};
 static_assert(
     []
@@ -207,7 +206,7 @@ EntityCommand entityCommandByAction(uint32_t uAction)
 }
 
 EntityCommands::EntityCommands(Entities& entities, EntityDrag& drag, EntityClipboard& clipboard,
-                               GroundRay fnCastGround, RandomSource fnRandom)
+                               GroundCast fnCastGround, RandomSource fnRandom)
     : m_entities(entities),
       m_drag(drag),
       m_clipboard(clipboard),
@@ -274,8 +273,6 @@ void EntityCommands::run(EntityCommand eCommand, const std::optional<glm::vec3>&
         m_clipboard.replaceSelected();
     else if (eCommand == C::Delete)
         m_entities.removeSelected();
-    else if (eCommand == C::Hide)
-        m_entities.hideSelected();
     m_entities.sink().markInterfaceDirty(0);
 }
 

@@ -64,6 +64,7 @@ public:
     void toggleStatusOverlay() override;
     void showTileSettingsWindow(bool bShow) override;
     [[nodiscard]] bool isTileSettingsVisible() const override { return m_bTileSettings; }
+    void showEntityMenu(int iX, int iY) override;
     void refresh(uint32_t uMask) override;
     void showMessage(std::string_view sTitle, std::string_view sText) override;
     void askYesNo(std::string_view sTitle, std::string_view sText, std::function<void()> onYes) override;
