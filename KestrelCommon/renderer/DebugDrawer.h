@@ -1,5 +1,8 @@
 #pragma once // Lines in the world: brush outlines, boxes, gizmo aids.
 
+#include "KestrelCommon/Core/Aabb.h"
+#include "KestrelCommon/Core/Transform.h"
+
 #include <glm/vec3.hpp>
 #include <glm/vec4.hpp>
 
@@ -25,6 +28,12 @@ public:
         uint32_t uColour; ///< bytes R, G, B, A from the lowest; display values
     };
     static_assert(sizeof(Line) == 28);
+    struct SolidVertex
+    {
+        glm::vec3 place;  ///< metres
+        uint32_t uColour; ///< as a line's
+    };
+    static_assert(sizeof(SolidVertex) == 16);
 
     /// Room for line vertices, two a line. Lines beyond it are left out, with one warning in a run.
     explicit DebugDrawer(size_t uLineVertices) : m_uMaxLines(uLineVertices / 2) {}
@@ -38,11 +47,17 @@ public:
     void addBox(const glm::vec3& lowest, const glm::vec3& highest, const glm::vec4& colour,
                 bool bDepthTest = true);
 
+    /// Of the thing's own space, placed by the transform. Counts against no room.
+    void addOrientedBox(const Transform& transform, const Aabb& box, const glm::vec4& colour);
+    /// Three points each, seen from both sides. They lie over the scene and hide one another by depth.
+    void addTriangles(std::span<const glm::vec3> spanPoints, const glm::vec4& colour);
+
     /// Shows what was added since the last swap.
     void swap();
 
     [[nodiscard]] std::span<const Line> tested() const { return m_shown.vecTested; }
     [[nodiscard]] std::span<const Line> untested() const { return m_shown.vecUntested; }
+    [[nodiscard]] std::span<const SolidVertex> solids() const { return m_shown.vecSolids; }
     [[nodiscard]] size_t maxLines() const { return m_uMaxLines; }
 
 private:
@@ -50,6 +65,8 @@ private:
     {
         std::vector<Line> vecTested;
         std::vector<Line> vecUntested;
+        std::vector<SolidVertex> vecSolids;
+        size_t uCounted = 0; ///< lines that take of the room
     };
 
     size_t m_uMaxLines;

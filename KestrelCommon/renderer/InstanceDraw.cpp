@@ -102,6 +102,7 @@ bool InstanceDraw::init()
     build(m_pipeline, "main_asset", meshes);
     meshes.eDepth = DepthMode::None;
     meshes.eCull = CullMode::None;
+    meshes.eBlend = BlendMode::Additive; // seen where any face is
     build(m_maskPipeline, "asset_mask", meshes);
     PipelineDesc outline;
     outline.eDepth = DepthMode::None;

@@ -51,20 +51,9 @@ struct SurroundingsData
     glm::vec4 tileSize;
 };
 
-struct LineData
-{
-    float fCore; ///< half width, pixels
-    float fRim;
-    float fDepthBias;
-    float fOpacity;
-};
-
 constexpr glm::vec4 s_quadColour{0.105f, 0.112f, 0.100f, 1.0f};
 constexpr std::array<float, 4> s_arrBackground{0.27f, 0.275f, 0.25f, 1.0f};
 constexpr float s_fSurroundingsReach = 4000.0f; ///< metres
-constexpr float s_fHiddenLineOpacity = 0.28f;
-/// As a part of the depth: a line on the ground wins against the ground under it.
-constexpr float s_fLineDepthBias = 0.004f;
 
 template <class T>
 std::span<const std::byte> bytesOf(const T& value)
@@ -91,6 +80,7 @@ Renderer::Renderer(GraphicsDeviceI& device, resource::ResourceManager& resources
       m_pInstanceDraw(std::make_unique<InstanceDraw>(device, resources)),
       m_shade(device),
       m_mesh(device),
+      m_overlay(device, resources),
       m_schedule(device.isSoftware())
 {
     m_frameBuffer = m_device.createBuffer({"CB_FRAME", sizeof(FrameData), 0, BufferKind::Constant, true}, {});
@@ -98,9 +88,8 @@ Renderer::Renderer(GraphicsDeviceI& device, resource::ResourceManager& resources
 
 Renderer::~Renderer()
 {
-    for (const PipelineHandle pipeline :
-         {m_groundPipeline, m_groundDepthPipeline, m_rimPipeline, m_surroundingsPipeline, m_skyPipeline,
-          m_quadPipeline, m_linePipeline, m_lineThroughPipeline})
+    for (const PipelineHandle pipeline : {m_groundPipeline, m_groundDepthPipeline, m_rimPipeline,
+                                          m_surroundingsPipeline, m_skyPipeline, m_quadPipeline})
         m_device.destroyPipeline(pipeline);
     m_device.destroyTarget(m_sceneTarget);
     m_device.destroyBuffer(m_frameBuffer);
@@ -147,19 +136,8 @@ bool Renderer::init()
 
     build(m_quadPipeline, "plain_surface", strips);
 
-    PipelineDesc lines;
-    lines.eTopology = Topology::TriangleStrip;
-    lines.eCull = CullMode::None;
-    lines.eBlend = BlendMode::Alpha;
-    lines.vecSlots = {{sizeof(DebugDrawer::Line), true}};
-    lines.vecAttributes = {{0, VertexFormat::Float3, 0, 0},
-                           {1, VertexFormat::Float3, 12, 0},
-                           {2, VertexFormat::Unorm8x4, 24, 0}};
-    lines.eDepth = DepthMode::Test;
-    build(m_linePipeline, "debug_lines", lines);
-    lines.eDepth = DepthMode::None;
-    build(m_lineThroughPipeline, "debug_lines", lines);
-    return m_pInstanceDraw->init() && bAll;
+    const bool bInstances = m_pInstanceDraw->init();
+    return m_overlay.init() && bInstances && bAll;
 }
 
 TerrainSurfaceBindings& Renderer::terrainBindings()
@@ -225,7 +203,7 @@ void Renderer::render(TargetHandle target, int iWidth, int iHeight, const SceneV
     m_device.beginPass(target, {.arrColour = s_arrBackground});
     drawScene(view, false);
     if (view.bLines)
-        drawLines();
+        m_overlay.draw(view.view);
     m_device.endPass();
 }
 
@@ -252,16 +230,18 @@ void Renderer::renderWindow(int iWidth, int iHeight, const SceneView& view)
             m_pInstanceDraw->drawOutlines(*m_pInstances, m_sceneTarget, size->iWidth, size->iHeight, true,
                                           view.projection * view.view, m_frameBuffer);
     }
-    const bool bLines = view.bLines && m_pDebugDrawer;
-    const bool bTested = bLines && !m_pDebugDrawer->tested().empty();
     if (m_sceneTarget)
-        m_device.copyTarget(m_sceneTarget, {}, bTested);
+        m_device.copyTarget(m_sceneTarget, {}, view.bLines && m_overlay.wantsDepth());
     m_device.beginPass({}, {.bClearColour = false, .bClearDepth = false});
-    if (bLines)
-    {
-        m_device.setUniformBuffer(s_uFrameSlot, m_frameBuffer);
-        drawLines();
-    }
+    m_device.setUniformBuffer(s_uFrameSlot, m_frameBuffer);
+    if (view.bLines)
+        m_overlay.draw(view.view);
+    m_device.endPass();
+    if (!view.bLines || !m_overlay.hasSolids())
+        return;
+    m_device.beginPass({}, {.bClearColour = false, .bClearDepth = true});
+    m_device.setUniformBuffer(s_uFrameSlot, m_frameBuffer);
+    m_overlay.drawSolids();
     m_device.endPass();
 }
 
@@ -395,35 +375,6 @@ void Renderer::drawQuads(const SceneView& view)
     m_device.setUniformBuffer(s_uDrawSlot, borrowed.buffer);
     m_device.draw(4, 0, uQuads);
     m_resources.returnBuffer(borrowed);
-}
-
-void Renderer::drawLines()
-{
-    if (!m_pDebugDrawer || !m_linePipeline || !m_lineThroughPipeline)
-        return;
-    drawLineList(m_pDebugDrawer->tested(), m_lineThroughPipeline, s_fHiddenLineOpacity);
-    drawLineList(m_pDebugDrawer->tested(), m_linePipeline, 1.0f);
-    drawLineList(m_pDebugDrawer->untested(), m_lineThroughPipeline, 1.0f);
-}
-
-void Renderer::drawLineList(std::span<const DebugDrawer::Line> spanLines, PipelineHandle pipeline,
-                            float fOpacity)
-{
-    if (spanLines.empty())
-        return;
-    const LineData data{1.0f, 2.25f, s_fLineDepthBias, fOpacity};
-    const resource::BorrowedBuffer lines =
-        m_resources.borrowBuffer(spanLines.size_bytes(), sizeof(DebugDrawer::Line), BufferKind::Vertex);
-    const resource::BorrowedBuffer constants =
-        m_resources.borrowBuffer(sizeof(data), 0, BufferKind::Constant);
-    m_device.updateBuffer(lines.buffer, 0, std::as_bytes(spanLines));
-    m_device.updateBuffer(constants.buffer, 0, bytesOf(data));
-    m_device.setPipeline(pipeline);
-    m_device.setUniformBuffer(s_uDrawSlot, constants.buffer);
-    m_device.setVertexBuffer(0, lines.buffer);
-    m_device.draw(4, 0, static_cast<uint32_t>(spanLines.size()));
-    m_resources.returnBuffer(constants);
-    m_resources.returnBuffer(lines);
 }
 
 } // namespace rend

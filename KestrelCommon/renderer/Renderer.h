@@ -1,9 +1,9 @@
 #pragma once // Draws a scene: ground, sky, lines.
 
 #include "KestrelCommon/Device/GraphicsDeviceI.h"
-#include "KestrelCommon/renderer/DebugDrawer.h"
 #include "KestrelCommon/renderer/GroundMesh.h"
 #include "KestrelCommon/renderer/GroundShade.h"
+#include "KestrelCommon/renderer/OverlayDraw.h"
 #include "KestrelCommon/renderer/SceneSchedule.h"
 #include "KestrelCommon/renderer/TerrainSurfaceBindings.h"
 
@@ -63,8 +63,10 @@ public:
     void setInstances(InstanceWorld* pWorld) { m_pInstances = pWorld; }
 
     /// What lines to draw; borrowed, null for none.
-    void setDebugDrawer(DebugDrawer* pDrawer) { m_pDebugDrawer = pDrawer; }
-    [[nodiscard]] DebugDrawer* debugDrawer() const { return m_pDebugDrawer; }
+    void setDebugDrawer(DebugDrawer* pDrawer) { m_overlay.setDebugDrawer(pDrawer); }
+    [[nodiscard]] DebugDrawer* debugDrawer() const { return m_overlay.debugDrawer(); }
+    /// What icons to draw; borrowed, null for none.
+    void setBillboards(const BillboardBatch* pBillboards) { m_overlay.setBillboards(pBillboards); }
 
     [[nodiscard]] RenderSettings& settings() { return m_settings; }
     [[nodiscard]] SceneMode sceneMode() const { return m_eSceneMode; }
@@ -74,7 +76,7 @@ public:
 
     /// Draws the scene over the whole target; null is the window. Leaves no pass open. For the window
     /// a picture of the scene is kept and drawn anew only when something changed, see SceneSchedule;
-    /// lines come on top of it.
+    /// lines and icons come on top of it.
     void render(TargetHandle target, int iWidth, int iHeight, const SceneView& view);
 
 private:
@@ -90,8 +92,6 @@ private:
     void drawSurroundings();
     void drawRim();
     void drawQuads(const SceneView& view);
-    void drawLines();
-    void drawLineList(std::span<const DebugDrawer::Line> spanLines, PipelineHandle pipeline, float fOpacity);
 
     GraphicsDeviceI& m_device;
     resource::ResourceManager& m_resources;
@@ -100,7 +100,6 @@ private:
     std::unique_ptr<ClutterDraw> m_pClutterDraw;
     std::unique_ptr<InstanceDraw> m_pInstanceDraw;
     InstanceWorld* m_pInstances = nullptr;
-    DebugDrawer* m_pDebugDrawer = nullptr;
     RenderSettings m_settings;
     SceneMode m_eSceneMode = SceneMode::GroundTile;
     std::array<float, 3> m_arrDistances{10000.0f, 400.0f, 10000.0f};
@@ -111,11 +110,10 @@ private:
     PipelineHandle m_surroundingsPipeline;
     PipelineHandle m_skyPipeline;
     PipelineHandle m_quadPipeline;
-    PipelineHandle m_linePipeline;        ///< hidden by what is in front
-    PipelineHandle m_lineThroughPipeline; ///< shows through everything
     BufferHandle m_frameBuffer;
     GroundShade m_shade;
     GroundMesh m_mesh;
+    OverlayDraw m_overlay;
     SceneSchedule m_schedule;
     TargetHandle m_sceneTarget; ///< the window's scene, without lines
     SceneSchedule::Size m_sceneSize{0, 0};

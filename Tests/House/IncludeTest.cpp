@@ -93,6 +93,7 @@ TEST(House, librariesStayInTheirRooms)
         {"<bt", {"TileEditorCommon/Ground"}},
         {"<Bullet", {"TileEditorCommon/Ground"}},
         {"<lz4", {"KestrelCommon/Io"}},
+        {"<lua", {"KestrelCommon/Data"}},
         {"<FreeImage", {"KestrelCommon/Resources"}},
         {"<assimp/", {"KestrelCommon/Resources"}},
         {"<cxxopts", {"TileEditor"}},

@@ -1,6 +1,8 @@
 #pragma once // An editor object that only notes what the windows ask of it.
 
+#include "Tests/Interface/FakeEntities.h"
 #include "TileEditorCommon/Contracts/EditorActionsI.h"
+#include "TileEditorCommon/Contracts/LibrarySourceI.h"
 
 #include <string>
 #include <vector>
@@ -23,6 +25,9 @@ struct FakeActions : tilebuilder::EditorActionsI
     tilebuilder::BoundMaterials bound;
     bool bBinds = true; ///< a set that is asked for is bound
     tilebuilder::HistoryStatus status;
+    FakeEntities things;
+    std::vector<tilebuilder::LibrarySourceI*> vecSources;
+    std::vector<tilebuilder::LibraryContent> vecContents;
     std::string sCalls; ///< one word a call, in order
 
     FakeActions() { state.pBrush = brush(1); }
@@ -74,6 +79,24 @@ struct FakeActions : tilebuilder::EditorActionsI
         if (state.pColorTarget)
             *state.pColorTarget = color;
     }
+    [[nodiscard]] tilebuilder::EntityListI* entities() override { return &things; }
+    [[nodiscard]] std::span<tilebuilder::LibrarySourceI* const> librarySources() override
+    {
+        return vecSources;
+    }
+    [[nodiscard]] std::vector<tilebuilder::LibraryContent> libraryContents() const override
+    {
+        return vecContents;
+    }
+    void beginPlacement(const tilebuilder::LibraryPlacement& placement) override
+    {
+        note("place " + std::to_string(placement.eType) + " " + std::to_string(placement.uIndex));
+    }
+    void hideSelection() override { note("hide"); }
+    void showHidden() override { note("showHidden"); }
+    void toggleOrigin() override { note("origin"); }
+    void openOutside(const std::string& sPath) override { note("outside " + sPath); }
+    void copyText(const std::string& sText) override { note("copy " + sText); }
     [[nodiscard]] bool isDocumentOpen() const override { return bOpen; }
     [[nodiscard]] std::string documentName() const override { return sName; }
     [[nodiscard]] std::string documentDirectory() const override { return sDirectory; }

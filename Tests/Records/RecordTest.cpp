@@ -75,6 +75,14 @@ TEST(Records, positionsInACellComeBackExactly)
         writeRecord(stream, asset, CellPlace{origin});
         EXPECT_EQ(read<AssetRecord>(stream.bytes(), {1, VersionCurrent, origin})[0], asset);
     }
+    // What is read must be written as the same bytes again.
+    AssetRecord asset;
+    asset.transform.position = glm::vec3(-0.0f);
+    ByteStream first;
+    writeRecord(first, asset, {});
+    ByteStream second;
+    writeRecord(second, read<AssetRecord>(first.bytes(), {1})[0], {});
+    EXPECT_TRUE(std::ranges::equal(first.bytes(), second.bytes()));
 }
 
 TEST(Records, inheritedTagsJoinTheOwnOnes)

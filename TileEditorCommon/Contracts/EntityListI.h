@@ -12,17 +12,8 @@ namespace tilebuilder
 
 class PropertyPanelI;
 
-/// How a list shows an entity.
-struct EntityLabel
-{
-    std::string sName;
-    std::string sIcon;    ///< keyed path of its picture; empty: none
-    bool bListed = true;  ///< false: it stays out of the outliner, but counts as shown
-    bool bHidden = false; ///< taken out of the view for a while
-};
-
-/// The selected one of the two pivots of an entity, with what the switch "Transform around origin"
-/// says; metres in the world. Main thread only; spans are good until the next change.
+/// Pivots are those that the switch "Transform around origin" says, in the world, metres. Unknown
+/// entities yield empty results. Main thread only; spans are good until the next change.
 class EntityListI
 {
 public:
@@ -32,9 +23,17 @@ public:
 
     /// Top-level entities. Additions go to its end; a removal moves the last one into the hole.
     [[nodiscard]] virtual std::span<const Entity> all() const = 0;
+    /// Another number once ids are given out anew, so that equal ids name other entities.
+    [[nodiscard]] virtual uint64_t generation() const = 0;
     [[nodiscard]] virtual bool exists(const Entity& entity) const = 0;
     [[nodiscard]] virtual EntityTypeId kind(const Entity& entity) const = 0;
-    [[nodiscard]] virtual EntityLabel label(const Entity& entity) const = 0;
+    [[nodiscard]] virtual std::string name(const Entity& entity) const = 0;
+    /// Keyed path of the picture that stands for it in lists; empty: none.
+    [[nodiscard]] virtual std::string icon(const Entity& entity) const = 0;
+    /// False: it stays out of the outliner's tree, but counts as listed while nothing is searched.
+    [[nodiscard]] virtual bool isOutlined(const Entity& entity) const = 0;
+    /// Taken out of the view for a while.
+    [[nodiscard]] virtual bool isHidden(const Entity& entity) const = 0;
 
     // Selection, in the order of selecting; the last one is active
 

@@ -13,6 +13,7 @@
 #include "TileEditorCommon/Document/Tile.h"
 #include "TileEditorCommon/Editor/CachedTile.h"
 #include "TileEditorCommon/Editor/EntityKinds.h"
+#include "TileEditorCommon/Editor/EntityRender.h"
 #include "TileEditorCommon/Editor/GroundView.h"
 #include "TileEditorCommon/Entities/Entities.h"
 #include "TileEditorCommon/Entities/EntityClipboard.h"

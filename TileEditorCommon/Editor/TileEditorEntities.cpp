@@ -6,7 +6,7 @@
 #include "KestrelCommon/Services/InputManager.h"
 #include "KestrelCommon/renderer/Camera.h"
 #include "TileEditorCommon/Contracts/ChangeMask.h"
-#include "TileEditorCommon/Contracts/EntityRenderI.h"
+#include "TileEditorCommon/Editor/EntityRender.h"
 #include "TileEditorCommon/Editor/Placement.h"
 #include "TileEditorCommon/Editor/TileEditor.h"
 #include "TileEditorCommon/Entities/Entities.h"
@@ -261,15 +261,15 @@ void TileEditor::focusSelection(bool bLastOnly)
 void TileEditor::updateEntities(float dt)
 {
     m_pEntities->update(dt);
-    if (!m_services.pEntityRender)
+    if (!m_pEntityRender)
         return;
     if (m_toolState.tool == ToolPlace)
     {
-        m_pEntities->drawBoxes(*m_services.pEntityRender);
+        m_pEntities->drawBoxes(*m_pEntityRender);
         if (m_toolState.noPlacement)
-            drawTransformTool(*m_services.pEntityRender);
+            drawTransformTool(*m_pEntityRender);
     }
-    m_pEntities->drawIcons(*m_services.pEntityRender, m_services.pCamera->position,
+    m_pEntities->drawIcons(*m_pEntityRender, m_services.pCamera->position,
                            m_pInterface ? [this](uint32_t uId) { return m_pInterface->isListed(uId); }
                                         : std::function<bool(uint32_t)>());
 }

@@ -295,7 +295,7 @@ void EntityCommands::runArranging(const EntityCommandInfo& info)
 {
     ArrangeContext context{.fnRandom = m_fnRandom, .fnCastGround = m_fnCastGround};
     if (const Entity grid = m_entities.grid())
-        context.grid = grid.pType->getCenterTransform(grid.uId);
+        context.grid = grid.pType->getOriginTransform(grid.uId);
     if (const Transform* pCopied = m_clipboard.transform())
         context.copied = *pCopied;
     std::vector<ArrangedThing> vecThings = selectedThings();
@@ -307,7 +307,7 @@ void EntityCommands::runArranging(const EntityCommandInfo& info)
 void EntityCommands::moveGridToSelection()
 {
     const Entity grid = m_entities.grid();
-    Transform place = grid.pType->getCenterTransform(grid.uId);
+    Transform place = grid.pType->getOriginTransform(grid.uId);
     place.position = arrange::meanPivot(selectedThings());
     m_entities.placeGrid(place);
 }

@@ -3,6 +3,7 @@
 #include "KestrelCommon/Core/Aabb.h"
 #include "KestrelCommon/Core/Transform.h"
 #include "TileEditorCommon/Contracts/Entity.h"
+#include "TileEditorCommon/Contracts/ScaleFlags.h"
 
 #include <glm/vec3.hpp>
 #include <span>
@@ -14,15 +15,6 @@ namespace tilebuilder
 struct EntityCreateArgs;
 class EntityHostI;
 class PropertyPanelI;
-
-/// Bits of getScaleFlags().
-enum ScaleFlags : uint8_t
-{
-    ScaleCan = 1,     ///< the object can be scaled
-    ScaleQuarter = 2, ///< its unit scale is 0.25
-    ScaleUniform = 4, ///< the same factor applies to all axes
-    ScaleKeepY = 8,   ///< the Y factor stays as it is
-};
 
 /// Bits of isCamera().
 enum CameraFlags : uint32_t
@@ -108,6 +100,7 @@ public:
 
     // Traits of one entity
 
+    /// Bits of ScaleFlags.
     [[nodiscard]] virtual uint8_t getScaleFlags(uint32_t /*uId*/) const { return 0; }
     [[nodiscard]] virtual uint32_t isCamera(uint32_t /*uId*/) const { return 0; }
     /// Drags always snap.

@@ -5,10 +5,6 @@
 namespace tilebuilder
 {
 
-namespace
-{
-
-/// Lowers the letters A to Z; other characters stay, as they do on the other side.
 std::string lowered(std::string_view sText)
 {
     std::string sLower(sText);
@@ -17,8 +13,6 @@ std::string lowered(std::string_view sText)
             c = static_cast<char>(c - 'A' + 'a');
     return sLower;
 }
-
-} // namespace
 
 std::vector<std::string> searchWords(std::string_view sText)
 {

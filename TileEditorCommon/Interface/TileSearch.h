@@ -1,4 +1,4 @@
-#pragma once // The search of the open window. No GUI.
+#pragma once // What the search boxes of the windows share. No GUI.
 
 #include "TileEditorCommon/Contracts/EditorActionsI.h"
 
@@ -8,6 +8,9 @@
 
 namespace tilebuilder
 {
+
+/// Lowers the letters A to Z; other characters stay, as they do in search words.
+[[nodiscard]] std::string lowered(std::string_view sText);
 
 /// The words of a search text in lower case, split at each blank.
 [[nodiscard]] std::vector<std::string> searchWords(std::string_view sText);

@@ -43,13 +43,11 @@ bool AssetRecord::operator==(const AssetRecord& other) const
 
 void writeRecord(ByteStream& stream, const AssetView& asset, const CellPlace& place)
 {
-    const TagsView tags{&asset.setTags, place.pInheritedTags};
-    CellFieldWriter writer(stream, TransformSize + sizeof(Uuid) +
-                                       CellFieldWriter::maxColorBytes(asset.mapColors) + tags.maxBytes());
+    CellFieldWriter writer(stream, TransformSize + sizeof(Uuid) + MaxColorBytes + MaxTagBytes);
     writer.transform(asset.transform, place.origin);
     writer.value(asset.uuid);
     writer.colors(asset.mapColors);
-    writer.tags(tags);
+    writer.tags({&asset.setTags, place.pInheritedTags});
 }
 
 void writeRecord(BitStream& stream, const AssetView& asset)

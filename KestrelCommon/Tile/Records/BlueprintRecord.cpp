@@ -34,12 +34,10 @@ bool BlueprintRecord::operator==(const BlueprintRecord& other) const
 
 void writeRecord(ByteStream& stream, const BlueprintRecord& record, const CellPlace& place)
 {
-    const TagsView tags{&record.setTags, place.pInheritedTags};
-    CellFieldWriter writer(stream,
-                           PlaceSize + sizeof(uint32_t) + record.sPathOrJson.size() + tags.maxBytes());
+    CellFieldWriter writer(stream, PlaceSize + sizeof(uint32_t) + record.sPathOrJson.size() + MaxTagBytes);
     writer.place(record.transform, place.origin);
     writer.text32(record.sPathOrJson);
-    writer.tags(tags);
+    writer.tags({&record.setTags, place.pInheritedTags});
 }
 
 void writeRecord(BitStream& stream, const BlueprintRecord& record)

@@ -3,14 +3,6 @@
 namespace tile
 {
 
-size_t CellFieldWriter::maxColorBytes(const ColorMap& mapColors)
-{
-    size_t uBytes = 1;
-    for (const auto& [sName, uColor] : mapColors)
-        uBytes += 1 + sName.size() + sizeof(uColor);
-    return uBytes;
-}
-
 void CellFieldWriter::colors(const ColorMap& mapColors)
 {
     std::byte* const pCount = m_pPlace++;

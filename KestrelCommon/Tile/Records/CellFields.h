@@ -17,7 +17,8 @@ struct CellPlace
     const TagSet* pInheritedTags = nullptr;
 };
 
-/// Appends the fields of one record. The room is made once, so that a field costs its copy.
+/// Appends the fields of one record. The room is made once, so that a field costs its copy; what
+/// isn't used of it stays untouched and free.
 class CellFieldWriter
 {
 public:
@@ -41,14 +42,19 @@ public:
     requires std::is_trivially_copyable_v<T>
     void value(const T& value) { bytes(&value, sizeof(T)); }
 
+    /// A negative zero is written as zero, which it is read as.
+    void position(const glm::vec3& at, const glm::vec3& origin)
+    {
+        value(at - origin + glm::vec3(0.0f));
+    }
     void transform(const Transform& transform, const glm::vec3& origin)
     {
-        value(transform.position - origin);
+        position(transform.position, origin);
         bytes(&transform.rotation, TransformSize - sizeof(glm::vec3));
     }
     void place(const Transform& transform, const glm::vec3& origin)
     {
-        value(transform.position - origin);
+        position(transform.position, origin);
         bytes(&transform.rotation, PlaceSize - sizeof(glm::vec3));
     }
     void cellColor(uint32_t uRedLowest) { value(uRedLowest); }
@@ -70,8 +76,6 @@ public:
     }
     void colors(const ColorMap& mapColors);
     void tags(const TagsView& tags);
-
-    [[nodiscard]] static size_t maxColorBytes(const ColorMap& mapColors);
 
 private:
     ByteStream& m_stream;

@@ -39,13 +39,12 @@ bool DecalRecord::operator==(const DecalRecord& other) const
 
 void writeRecord(ByteStream& stream, const DecalRecord& record, const CellPlace& place)
 {
-    const TagsView tags{&record.setTags, place.pInheritedTags};
-    CellFieldWriter writer(stream, TransformSize + sizeof(Uuid) + sizeof(uint32_t) * 2 + tags.maxBytes());
+    CellFieldWriter writer(stream, TransformSize + sizeof(Uuid) + sizeof(uint32_t) * 2 + MaxTagBytes);
     writer.transform(record.transform, place.origin);
     writer.value(record.decalId);
     writer.cellColor(record.uColor);
     writer.value(record.uLayer);
-    writer.tags(tags);
+    writer.tags({&record.setTags, place.pInheritedTags});
 }
 
 void writeRecord(BitStream& stream, const DecalRecord& record)

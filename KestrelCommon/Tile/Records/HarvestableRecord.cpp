@@ -47,14 +47,13 @@ bool HarvestableRecord::operator==(const HarvestableRecord& other) const
 
 void writeRecord(ByteStream& stream, const HarvestableRecord& record, const CellPlace& place)
 {
-    const TagsView tags{&record.setTags, place.pInheritedTags};
     CellFieldWriter writer(stream, TransformSize + sizeof(Uuid) + sizeof(uint32_t) * 2 +
-                                       record.vecParameters.size() + tags.maxBytes());
+                                       record.vecParameters.size() + MaxTagBytes);
     writer.transform(record.transform, place.origin);
     writer.value(record.uuid);
     writer.cellColor(__builtin_bswap32(record.uColor));
     writer.blob(record.vecParameters);
-    writer.tags(tags);
+    writer.tags({&record.setTags, place.pInheritedTags});
 }
 
 void writeRecord(BitStream& stream, const HarvestableRecord& record)

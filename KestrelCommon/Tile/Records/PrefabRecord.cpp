@@ -47,12 +47,10 @@ bool PrefabRecord::operator==(const PrefabRecord& other) const
 
 void writeRecord(ByteStream& stream, const PrefabRecord& record, const CellPlace& place)
 {
-    const TagsView tags{&record.setTags, place.pInheritedTags};
-    CellFieldWriter writer(stream,
-                           TransformSize + sizeof(uint32_t) * 2 + record.sPath.size() + tags.maxBytes());
+    CellFieldWriter writer(stream, TransformSize + sizeof(uint32_t) * 2 + record.sPath.size() + MaxTagBytes);
     writer.transform(record.transform, place.origin);
     writer.text32(record.sPath);
-    writer.tags(tags);
+    writer.tags({&record.setTags, place.pInheritedTags});
     writer.value(record.uFlags);
 }
 

@@ -3,16 +3,6 @@
 namespace tile
 {
 
-size_t TagsView::maxBytes() const
-{
-    size_t uBytes = 1;
-    for (const TagSet* pTags : {pOwn, pInherited})
-        if (pTags)
-            for (const std::string& sTag : *pTags)
-                uBytes += 1 + sTag.size();
-    return uBytes;
-}
-
 TagSet splitTagText(std::string_view sText)
 {
     constexpr std::string_view sSeparators = " ,;";

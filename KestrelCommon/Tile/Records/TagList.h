@@ -21,14 +21,15 @@ using ColorMap = std::map<std::string, uint32_t, std::less<>>;
 constexpr size_t MaxShortText = 255;
 constexpr size_t MaxShortList = 255;
 
+/// Bytes that stored lists take at most.
+constexpr size_t MaxTagBytes = 1 + MaxShortList * (1 + MaxShortText);
+constexpr size_t MaxColorBytes = 1 + MaxShortList * (1 + MaxShortText + sizeof(uint32_t));
+
 /// The tags of an object: its own and those of the prefabs around it. Borrowed; either may be null.
 struct TagsView
 {
     const TagSet* pOwn = nullptr;
     const TagSet* pInherited = nullptr;
-
-    /// Bytes that the stored list takes at most.
-    [[nodiscard]] size_t maxBytes() const;
 
     /// Calls with each storable tag of the union, in order.
     template <class Visit>
@@ -41,27 +42,33 @@ struct TagsView
 template <class Visit>
 void TagsView::forEach(Visit&& fnVisit) const
 {
-    static const TagSet s_setNone;
-    const TagSet& setOwn = pOwn ? *pOwn : s_setNone;
-    const TagSet& setInherited = pInherited ? *pInherited : s_setNone;
-    auto itOwn = setOwn.begin();
-    auto itInherited = setInherited.begin();
-    for (size_t uCount = 0; uCount < MaxShortList;)
+    size_t uCount = 0;
+    const auto visit = [&](const std::string& sTag)
     {
-        const bool bOwn = itOwn != setOwn.end();
-        const bool bInherited = itInherited != setInherited.end();
-        if (!bOwn && !bInherited)
+        if (sTag.empty() || sTag.size() > MaxShortText || uCount == MaxShortList)
             return;
-        const int iOrder = !bOwn ? 1 : !bInherited ? -1 : itOwn->compare(*itInherited);
-        const std::string& sTag = iOrder <= 0 ? *itOwn : *itInherited;
+        fnVisit(std::string_view(sTag));
+        ++uCount;
+    };
+    if (!pOwn || !pInherited || pInherited->empty())
+    {
+        if (const TagSet* pTags = pOwn ? pOwn : pInherited)
+            for (const std::string& sTag : *pTags)
+                visit(sTag);
+        return;
+    }
+    auto itOwn = pOwn->begin();
+    auto itInherited = pInherited->begin();
+    while (itOwn != pOwn->end() || itInherited != pInherited->end())
+    {
+        const int iOrder = itOwn == pOwn->end()               ? 1
+                           : itInherited == pInherited->end() ? -1
+                                                              : itOwn->compare(*itInherited);
+        visit(iOrder <= 0 ? *itOwn : *itInherited);
         if (iOrder <= 0)
             ++itOwn;
         if (iOrder >= 0)
             ++itInherited;
-        if (sTag.empty() || sTag.size() > MaxShortText)
-            continue;
-        fnVisit(std::string_view(sTag));
-        ++uCount;
     }
 }
 

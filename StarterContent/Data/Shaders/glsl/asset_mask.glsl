@@ -23,7 +23,6 @@ void main()
 {
     if (texture(diffuseMap, vec3(texCoord, 0.0)).a < 0.5)
         discard;
-    // Back faces of the shape itself lie a little behind it.
     float hidden = texelFetch(sceneDepth, ivec2(gl_FragCoord.xy), 0).r;
     float seen = gl_FragCoord.z * 1.002 >= hidden ? 1.0 : 0.0;
     result = vec4(1.0, seen, 0.0, 1.0);

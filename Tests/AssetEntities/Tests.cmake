@@ -1,0 +1,1 @@
+qm_tests(AssetEntityTests AssetEntities ROOMS TileEditorCommon/Entities/Asset)
