@@ -19,6 +19,7 @@
 #include "TileEditorCommon/Entities/EntityClipboard.h"
 #include "TileEditorCommon/Entities/EntityCommands.h"
 #include "TileEditorCommon/Entities/EntityDrag.h"
+#include "TileEditorCommon/Entities/Gizmo.h"
 #include "TileEditorCommon/Entities/TagManager.h"
 #include "TileEditorCommon/Ground/Brush.h"
 #include "TileEditorCommon/Ground/CollisionWorld.h"
@@ -62,7 +63,10 @@ TileEditor::TileEditor(const EditorServices& services, bool bInfoBox, uint64_t u
     m_pEntities = std::make_unique<Entities>(*this, m_toolState);
     addEntityKinds(*m_pEntities, *m_pInstanceWorld);
     if (m_services.pRenderer)
+    {
         m_services.pRenderer->setInstances(m_pInstanceWorld.get());
+        m_pEntityRender = std::make_unique<EntityRender>(*m_services.pRenderer, Gizmo::allPaths());
+    }
     m_pEntitySections = std::make_unique<EntitySections>(*m_pEntities);
     makeEntityTools();
     m_toolState.tool = ToolPlace;

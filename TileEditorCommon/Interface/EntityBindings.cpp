@@ -62,7 +62,18 @@ std::string entityMenuCaption(const EntityMenuItem& item, const KeyBindings& key
     EntityMenuItem escaped;
     escaped.sLabel = escapeCaption(item.sLabel);
     escaped.uAction = item.uAction;
-    return escaped.text([&keys](uint32_t uAction) { return keys.text(uAction); });
+    std::string sCaption = escaped.text(
+        [&](uint32_t uAction)
+        {
+            // Greyed out as a whole: the key's own colour would outshine the label.
+            const std::string sKey = keys.text(uAction);
+            const size_t uText = sKey.find('(');
+            return item.bEnabled || uText == std::string::npos ? sKey : sKey.substr(uText);
+        });
+    // Room for the arrow.
+    if (!item.vecChildren.empty())
+        sCaption += "    ";
+    return sCaption;
 }
 
 } // namespace tilebuilder

@@ -420,6 +420,11 @@ void TileEditorInterface::showEntityMenu(int iX, int iY)
         m_pFace->pEntityMenu->show(iX, iY);
 }
 
+MyGUI::PopupMenu* TileEditorInterface::entityMenu() const
+{
+    return m_pFace ? m_pFace->pEntityMenu->menu() : nullptr;
+}
+
 void TileEditorInterface::refresh(uint32_t)
 {
     if (!m_pFace)

@@ -3,6 +3,7 @@
 #include "MyGuiCommon/GuiSystemManager.h"
 #include "TileEditorCommon/Contracts/EditorInterfaceI.h"
 
+#include <MyGUI_Prerequest.h>
 #include <functional>
 #include <memory>
 #include <string>
@@ -47,6 +48,9 @@ public:
     [[nodiscard]] bool isPointerFree() const;
 
     void showHelpWindow();
+
+    /// The right-click menu, null before it first opened; for tests.
+    [[nodiscard]] MyGUI::PopupMenu* entityMenu() const;
 
     /// What the colour editor shows.
     [[nodiscard]] std::array<float, 4> editorColor() const;
