@@ -17,6 +17,7 @@ namespace tilebuilder
 void TileEditor::update(float dt)
 {
     m_vecWorldLabels.clear();
+    updateCatalogue();
     if (isDocumentOpen())
     {
         updateHistory();
