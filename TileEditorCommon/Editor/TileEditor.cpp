@@ -12,6 +12,7 @@
 #include "TileEditorCommon/Contracts/ChangeMask.h"
 #include "TileEditorCommon/Document/EntitySections.h"
 #include "TileEditorCommon/Document/Tile.h"
+#include "TileEditorCommon/Editor/AssetIcons.h"
 #include "TileEditorCommon/Editor/CachedTile.h"
 #include "TileEditorCommon/Editor/EntityKinds.h"
 #include "TileEditorCommon/Editor/EntityListView.h"
@@ -65,6 +66,7 @@ TileEditor::TileEditor(const EditorServices& services, bool bInfoBox, uint64_t u
     {
         m_services.pRenderer->setInstances(m_pInstanceWorld.get());
         m_pEntityRender = std::make_unique<EntityRender>(*m_services.pRenderer, Gizmo::allPaths());
+        m_pAssetIcons = std::make_unique<AssetIcons>(*m_pEntities, *m_pIconGenerator);
     }
     m_pEntitySections = std::make_unique<EntitySections>(*m_pEntities);
     m_pEntityList = std::make_unique<EntityListView>(*m_pEntities);

@@ -38,6 +38,7 @@ class ClutterDatabase;
 namespace tilebuilder
 {
 
+class AssetIcons;
 struct BrushDab;
 class CollisionWorld;
 class DataLibrary;
@@ -277,6 +278,7 @@ private:
     std::vector<LibrarySourceI*> m_vecLibrarySources;
     std::unique_ptr<DataLibrary> m_pDataLibrary;
     std::unique_ptr<IconGenerator> m_pIconGenerator; ///< null without a device
+    std::unique_ptr<AssetIcons> m_pAssetIcons;       ///< null without a device
     std::unique_ptr<Tile> m_pTile;
     std::map<std::string, std::unique_ptr<CachedTile>>
         m_mapCachedTileStates;             ///< documents that were left, by path
