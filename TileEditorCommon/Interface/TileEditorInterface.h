@@ -60,6 +60,7 @@ public:
     [[nodiscard]] bool isMouseFree() const override;
     [[nodiscard]] bool hasNoKeyFocus() const override;
     [[nodiscard]] bool isMouseOverWidget() const override;
+    [[nodiscard]] bool isOverWindow() const override;
     [[nodiscard]] bool isEditing() const override;
     void showToolPanels(uint8_t uTool) override;
     void showNewWindow() override;
