@@ -13,8 +13,10 @@
 #include "TileEditorCommon/Document/Tile.h"
 #include "TileEditorCommon/Editor/CachedTile.h"
 #include "TileEditorCommon/Editor/EntityKinds.h"
+#include "TileEditorCommon/Editor/EntityRender.h"
 #include "TileEditorCommon/Editor/GroundView.h"
 #include "TileEditorCommon/Entities/Entities.h"
+#include "TileEditorCommon/Entities/Gizmo.h"
 #include "TileEditorCommon/Entities/TagManager.h"
 #include "TileEditorCommon/Ground/Brush.h"
 #include "TileEditorCommon/Ground/CollisionWorld.h"
@@ -58,7 +60,10 @@ TileEditor::TileEditor(const EditorServices& services, bool bInfoBox, uint64_t u
     m_pEntities = std::make_unique<Entities>(*this, m_toolState);
     addEntityKinds(*m_pEntities, *m_pInstanceWorld);
     if (m_services.pRenderer)
+    {
         m_services.pRenderer->setInstances(m_pInstanceWorld.get());
+        m_pEntityRender = std::make_unique<EntityRender>(*m_services.pRenderer, Gizmo::allPaths());
+    }
     m_pEntitySections = std::make_unique<EntitySections>(*m_pEntities);
     m_toolState.tool = ToolPlace;
     newTile(1);

@@ -43,7 +43,7 @@ class CollisionWorld;
 class EditorTerrainClutter;
 class EditorTerrainSurface;
 class Entities;
-class EntityRenderI;
+class EntityRender;
 class EntitySections;
 class GroundTextures;
 class GroundView;
@@ -65,7 +65,6 @@ struct EditorServices
     rend::GraphicsDeviceI* pDevice = nullptr; ///< null: nothing is drawn, in tests
     resource::ResourceManager* pResources = nullptr;
     rend::Renderer* pRenderer = nullptr;
-    EntityRenderI* pEntityRender = nullptr; ///< null: entities show nothing, in tests and the batch
 };
 
 /// Holds the one open document and turns input into changes of it. Exactly one exists. Its
@@ -252,6 +251,7 @@ private:
     std::unique_ptr<EditorTerrainClutter> m_pClutter;
     std::unique_ptr<TagManager> m_pTagManager;
     std::unique_ptr<rend::InstanceWorld> m_pInstanceWorld;
+    std::unique_ptr<EntityRender> m_pEntityRender; ///< null without a renderer
     std::unique_ptr<Entities> m_pEntities;
     std::unique_ptr<EntitySections> m_pEntitySections;
     std::unique_ptr<IconGenerator> m_pIconGenerator; ///< null without a device

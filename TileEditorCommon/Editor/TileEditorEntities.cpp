@@ -6,7 +6,7 @@
 #include "KestrelCommon/Services/InputManager.h"
 #include "KestrelCommon/renderer/Camera.h"
 #include "TileEditorCommon/Contracts/ChangeMask.h"
-#include "TileEditorCommon/Contracts/EntityRenderI.h"
+#include "TileEditorCommon/Editor/EntityRender.h"
 #include "TileEditorCommon/Editor/Placement.h"
 #include "TileEditorCommon/Editor/TileEditor.h"
 #include "TileEditorCommon/Entities/Entities.h"
@@ -271,11 +271,19 @@ void TileEditor::focusSelection(bool bLastOnly)
 void TileEditor::updateEntities(float dt)
 {
     m_pEntities->update(dt);
-    if (!m_services.pEntityRender)
+    if (!m_pEntityRender)
         return;
+    if (const Entity grid = m_pEntities->grid())
+    {
+        const GridLook look =
+            gridLook(grid.pType->getOriginTransform(grid.uId), m_services.pCamera->position);
+        m_pEntityRender->showGrid({look.position, look.rotation}, look.spacing);
+    }
+    else
+        m_pEntityRender->hideGrid();
     if (m_toolState.tool == ToolPlace)
-        m_pEntities->drawBoxes(*m_services.pEntityRender);
-    m_pEntities->drawIcons(*m_services.pEntityRender, m_services.pCamera->position,
+        m_pEntities->drawBoxes(*m_pEntityRender);
+    m_pEntities->drawIcons(*m_pEntityRender, m_services.pCamera->position,
                            m_pInterface ? [this](uint32_t uId) { return m_pInterface->isListed(uId); }
                                         : std::function<bool(uint32_t)>());
 }

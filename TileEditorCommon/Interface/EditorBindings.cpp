@@ -114,7 +114,8 @@ void bindEditorActions(KeyBindings& keys, EditorActionsI& actions, EditorInterfa
     // Shown in menus and tips; what they act on isn't there yet.
     keys.bind(ActionSnap, always('S', 0, {}));
     keys.bind(ActionPivot, whenFree('X', 0, {}));
-    keys.bind(ActionOutliner, whenFree('O', ModShift, {}));
+    keys.bind(ActionOutliner, whenFree('O', ModShift, [&windows] { windows.toggleOutliner(); }));
+    keys.bind(ActionHide, whenFree('H', 0, [&actions] { actions.hideSelection(); }));
     bindTools(keys, actions);
     bindWheels(keys, actions);
 }

@@ -82,7 +82,7 @@ bool PrefabFieldReader::transform(Transform& transform, TransformForm eForm)
     for (size_t i = 0; i < uParts; ++i)
         if (!value(arrParts[i]))
             return false;
-    std::memcpy(&transform, arrParts.data(), uParts * sizeof(float));
+    std::memcpy(static_cast<void*>(&transform), arrParts.data(), uParts * sizeof(float));
     if (eForm == TransformForm::UniformScale)
         transform.scale.z = transform.scale.y = transform.scale.x;
     if (eForm == TransformForm::NoScale)
