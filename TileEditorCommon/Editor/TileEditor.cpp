@@ -16,6 +16,9 @@
 #include "TileEditorCommon/Editor/EntityRender.h"
 #include "TileEditorCommon/Editor/GroundView.h"
 #include "TileEditorCommon/Entities/Entities.h"
+#include "TileEditorCommon/Entities/EntityClipboard.h"
+#include "TileEditorCommon/Entities/EntityCommands.h"
+#include "TileEditorCommon/Entities/EntityDrag.h"
 #include "TileEditorCommon/Entities/Gizmo.h"
 #include "TileEditorCommon/Entities/TagManager.h"
 #include "TileEditorCommon/Ground/Brush.h"
@@ -65,6 +68,7 @@ TileEditor::TileEditor(const EditorServices& services, bool bInfoBox, uint64_t u
         m_pEntityRender = std::make_unique<EntityRender>(*m_services.pRenderer, Gizmo::allPaths());
     }
     m_pEntitySections = std::make_unique<EntitySections>(*m_pEntities);
+    makeEntityTools();
     m_toolState.tool = ToolPlace;
     newTile(1);
 }

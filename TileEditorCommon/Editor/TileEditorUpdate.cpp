@@ -9,6 +9,7 @@
 #include "TileEditorCommon/Document/Tile.h"
 #include "TileEditorCommon/Editor/GroundView.h"
 #include "TileEditorCommon/Editor/TileEditor.h"
+#include "TileEditorCommon/Entities/EntityDrag.h"
 #include "TileEditorCommon/Ground/EditorTerrainSurface.h"
 
 namespace tilebuilder
@@ -95,6 +96,7 @@ void TileEditor::endPress()
         m_bStrokeDirty = false;
     }
     m_bStrokeActive = false;
+    m_pEntityDrag->endTransform();
     if (!m_toolState.noPlacement)
         endPlacement();
     if (m_toolState.pickState == PickConsumed)
