@@ -78,7 +78,7 @@ void furnishGrove(Scene& scene)
     {
         const float fIn = at.x - cliffAt(scene, at.y);
         const float fAway = glm::distance(at, heart);
-        if (fIn < 7.0f || scene.steepAt(at) > 0.55f || fAway > 75.0f)
+        if (fIn < 7.0f || scene.steepAt(at) > 0.55f || fAway > 75.0f || scene.shareOf(Sand, at) > 0.25f)
             return 0.0f;
         const float fPatch = fractal(at.x / 26.0f, at.y / 26.0f, 781, {3, 2.0f, 0.5f});
         return std::clamp(1.1f - fAway / 75.0f + 0.8f * fPatch, 0.0f, 1.0f);

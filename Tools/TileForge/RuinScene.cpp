@@ -24,15 +24,17 @@ glm::vec2 findHill(const Scene& scene)
             const glm::vec2 at(fX, fY);
             float fAround = 0.0f;
             float fNear = 0.0f;
+            float fBare = 0.0f;
             for (int i = 0; i < 12; ++i)
             {
                 const glm::vec2 way(std::cos(0.5236f * static_cast<float>(i)),
                                     std::sin(0.5236f * static_cast<float>(i)));
                 fAround += scene.heightAt(at + way * 32.0f) / 12.0f;
+                fBare += scene.shareOf(Rock, at + way * 14.0f) / 12.0f;
                 fNear += std::abs(scene.heightAt(at + way * 10.0f) - scene.heightAt(at)) / 12.0f;
             }
             const float fScore =
-                scene.heightAt(at) - fAround - 1.6f * fNear - 12.0f * scene.shareOf(Snow, at);
+                scene.heightAt(at) - fAround - 1.8f * fNear - 12.0f * scene.shareOf(Snow, at) - 9.0f * fBare;
             if (fScore > fBest)
             {
                 fBest = fScore;
@@ -74,7 +76,7 @@ void buildKeep(Scene& scene, const Frame& frame)
     add("env_ruin_rubble_01", 5.0f, 5.6f, 140.0f);
     add("env_lamp_stone_01", -1.9f, 11.4f, 0.0f);
     add("env_lamp_stone_01", 1.9f, 11.4f, 0.0f);
-    for (int i = 0; i < 4; ++i)
+    for (int i = 0; i < 2; ++i)
         add("env_floor_flagstone_2m_01", 0.3f * static_cast<float>(i % 2),
             9.4f + 2.05f * static_cast<float>(i), 5.0f * static_cast<float>(i % 3));
     for (int i = 0; i < 10; ++i) // what fell outwards
