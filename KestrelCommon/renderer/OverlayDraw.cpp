@@ -30,6 +30,22 @@ struct IconData
     std::array<float, 2> arrUnused{};
 };
 
+struct GridData
+{
+    glm::vec4 origin;      ///< and the spacing
+    glm::vec4 axisX;       ///< and how far the plane reaches, metres
+    glm::vec4 axisY;       ///< and the depth bias
+    glm::vec4 colour;      ///< of every second line
+    glm::vec4 otherColour; ///< of those between them
+};
+
+constexpr float s_fGridLines = 1024.0f; ///< to each side
+constexpr float s_fGridReach = 2000.0f; ///< metres, no farther than the eye sees
+constexpr float s_fGridDepthBias = 0.002f;
+constexpr float s_fGridLift = 0.1f; ///< metres above the plane
+constexpr glm::vec4 s_gridColour{1.0f};
+constexpr glm::vec4 s_otherGridColour{0.6f};
+
 constexpr float s_fHiddenLineOpacity = 0.28f;
 constexpr float s_fHiddenIconOpacity = 0.3f;
 /// As a part of the depth: what lies on the ground wins against the ground under it.
@@ -52,8 +68,8 @@ OverlayDraw::OverlayDraw(GraphicsDeviceI& device, resource::ResourceManager& res
 
 OverlayDraw::~OverlayDraw()
 {
-    for (const PipelineHandle pipeline :
-         {m_linePipeline, m_lineThroughPipeline, m_iconPipeline, m_iconThroughPipeline, m_solidPipeline})
+    for (const PipelineHandle pipeline : {m_linePipeline, m_lineThroughPipeline, m_iconPipeline,
+                                          m_iconThroughPipeline, m_solidPipeline, m_gridPipeline})
         m_device.destroyPipeline(pipeline);
 }
 
@@ -93,24 +109,51 @@ bool OverlayDraw::init()
     solids.vecSlots = {{sizeof(DebugDrawer::SolidVertex), false}};
     solids.vecAttributes = {{0, VertexFormat::Float3, 0, 0}, {1, VertexFormat::Unorm8x4, 12, 0}};
     build(m_solidPipeline, "debug_solids", solids);
+
+    PipelineDesc grid;
+    grid.eTopology = Topology::TriangleStrip;
+    grid.eCull = CullMode::None;
+    grid.eBlend = BlendMode::Alpha;
+    grid.eDepth = DepthMode::Test;
+    build(m_gridPipeline, "editor_grid", grid);
     return m_linePipeline && m_lineThroughPipeline && m_iconPipeline && m_iconThroughPipeline &&
-           m_solidPipeline;
+           m_solidPipeline && m_gridPipeline;
 }
 
 bool OverlayDraw::wantsDepth() const
 {
-    return (m_pDebugDrawer && !m_pDebugDrawer->tested().empty()) ||
+    return m_grid || (m_pDebugDrawer && !m_pDebugDrawer->tested().empty()) ||
            (m_pBillboards && !m_pBillboards->shown().empty());
 }
 
 void OverlayDraw::draw(const glm::mat4& view)
 {
+    drawGrid();
     drawBillboards(view);
     if (!m_pDebugDrawer)
         return;
     drawLineList(m_pDebugDrawer->tested(), m_lineThroughPipeline, s_fHiddenLineOpacity);
     drawLineList(m_pDebugDrawer->tested(), m_linePipeline, 1.0f);
     drawLineList(m_pDebugDrawer->untested(), m_lineThroughPipeline, 1.0f);
+}
+
+void OverlayDraw::drawGrid()
+{
+    if (!m_grid || !m_gridPipeline)
+        return;
+    const glm::vec3 normal = glm::cross(m_grid->axisX, m_grid->axisY);
+    const GridData data{{m_grid->position + normal * s_fGridLift, m_grid->fSpacing},
+                        {m_grid->axisX, std::min(s_fGridLines * m_grid->fSpacing, s_fGridReach)},
+                        {m_grid->axisY, s_fGridDepthBias},
+                        s_gridColour,
+                        s_otherGridColour};
+    const resource::BorrowedBuffer constants =
+        m_resources.borrowBuffer(sizeof(data), 0, BufferKind::Constant);
+    m_device.updateBuffer(constants.buffer, 0, bytesOf(data));
+    m_device.setPipeline(m_gridPipeline);
+    m_device.setUniformBuffer(s_uDrawSlot, constants.buffer);
+    m_device.draw(4, 0, 1);
+    m_resources.returnBuffer(constants);
 }
 
 void OverlayDraw::drawBillboards(const glm::mat4& view)

@@ -14,6 +14,17 @@ class ResourceManager;
 namespace rend
 {
 
+/// Square lines on a plane.
+struct GridPlane
+{
+    glm::vec3 position{0.0f}; ///< metres, a crossing of lines; the plane reaches far around it
+    glm::vec3 axisX{1.0f, 0.0f, 0.0f};
+    glm::vec3 axisY{0.0f, 1.0f, 0.0f};
+    float fSpacing = 16.0f; ///< metres
+
+    bool operator==(const GridPlane&) const = default;
+};
+
 /// Main thread only. The device and the resource manager must outlive it.
 class OverlayDraw
 {
@@ -31,6 +42,8 @@ public:
     [[nodiscard]] DebugDrawer* debugDrawer() const { return m_pDebugDrawer; }
     void setBillboards(const BillboardBatch* pBillboards) { m_pBillboards = pBillboards; }
 
+    void setGrid(const std::optional<GridPlane>& grid) { m_grid = grid; }
+
     /// Whether something of it asks for the scene's depth.
     [[nodiscard]] bool wantsDepth() const;
 
@@ -41,6 +54,7 @@ public:
     void drawSolids();
 
 private:
+    void drawGrid();
     void drawBillboards(const glm::mat4& view);
     void drawLineList(std::span<const DebugDrawer::Line> spanLines, PipelineHandle pipeline, float fOpacity);
 
@@ -53,6 +67,8 @@ private:
     PipelineHandle m_iconPipeline;
     PipelineHandle m_iconThroughPipeline;
     PipelineHandle m_solidPipeline;
+    PipelineHandle m_gridPipeline;
+    std::optional<GridPlane> m_grid;
     std::vector<BillboardBatch::Icon> m_vecIcons; ///< sorted, from far to near
 };
 

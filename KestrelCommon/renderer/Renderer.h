@@ -66,6 +66,8 @@ public:
     void setDebugDrawer(DebugDrawer* pDrawer) { m_overlay.setDebugDrawer(pDrawer); }
     [[nodiscard]] DebugDrawer* debugDrawer() const { return m_overlay.debugDrawer(); }
     /// What icons to draw; borrowed, null for none.
+    /// Drawn over the scene until another is set.
+    void setGrid(const std::optional<GridPlane>& grid) { m_overlay.setGrid(grid); }
     void setBillboards(const BillboardBatch* pBillboards) { m_overlay.setBillboards(pBillboards); }
 
     [[nodiscard]] RenderSettings& settings() { return m_settings; }

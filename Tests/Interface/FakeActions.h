@@ -107,6 +107,7 @@ struct FakeActions : tilebuilder::EditorActionsI
     void hideSelection() override { note("hide"); }
     void showHidden() override { note("showHidden"); }
     void toggleOrigin() override { note("origin"); }
+    void toggleGrid() override { note("grid"); }
     void openOutside(const std::string& sPath) override { note("outside " + sPath); }
     void copyText(const std::string& sText) override { note("copy " + sText); }
     [[nodiscard]] bool isDocumentOpen() const override { return bOpen; }

@@ -24,6 +24,9 @@ struct FakeWindows : tilebuilder::EditorInterfaceI
         sCalls += "tileSettings;";
     }
     [[nodiscard]] bool isTileSettingsVisible() const override { return bTileSettings; }
+    bool bOutliner = true;
+    void toggleOutliner() override { bOutliner = !bOutliner; }
+    [[nodiscard]] bool isOutlinerVisible() const override { return bOutliner; }
     void refresh(uint32_t) override {}
     void showMessage(std::string_view, std::string_view) override {}
     void askYesNo(std::string_view, std::string_view, std::function<void()>) override {}

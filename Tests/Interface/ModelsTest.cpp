@@ -5,6 +5,7 @@
 #include "TileEditorCommon/Interface/EditorBindings.h"
 #include "TileEditorCommon/Interface/FileNameRule.h"
 #include "TileEditorCommon/Interface/KeyBindings.h"
+#include "TileEditorCommon/Interface/SideLayout.h"
 #include "TileEditorCommon/Interface/StatusText.h"
 #include "TileEditorCommon/Interface/TileBrowserModel.h"
 #include "TileEditorCommon/Interface/TileSearch.h"
@@ -193,12 +194,46 @@ TEST_F(BarModelsTest, menuEntriesActAndNameTheirKeys)
     EXPECT_FALSE(m_windows.bTileSettings);
 }
 
+TEST_F(BarModelsTest, viewEntriesShowAndHideKindsByTheirBits)
+{
+    const auto vecBar = buildLeftBar(m_actions, m_windows, m_keys, {});
+    const auto checked = [this]
+    {
+        std::string sChecked;
+        for (const EntryState& state : leftBarStates(m_actions, m_windows))
+            sChecked += state.bChecked && state.sId.starts_with("View/") ? state.sId.substr(5) + ";" : "";
+        return sChecked;
+    };
+    EXPECT_EQ(checked(), "Asset;Harvestable;Blueprint;Prefab;Node;Decal;");
+    find(vecBar, "View/Harvestable")->fnAction();
+    EXPECT_EQ(m_actions.state.viewMask, 1020u & ~128u);
+    EXPECT_EQ(checked(), "Asset;Blueprint;Prefab;Node;Decal;");
+    find(vecBar, "Hide All")->fnAction();
+    EXPECT_EQ(m_actions.state.viewMask, 0u);
+    find(vecBar, "View/Decal")->fnAction();
+    EXPECT_EQ(checked(), "Decal;");
+    m_actions.sCalls.clear();
+    find(vecBar, "Show All")->fnAction();
+    EXPECT_EQ(m_actions.state.viewMask, 0x1FCu);
+    EXPECT_EQ(m_actions.sCalls, "showHidden;dirty;");
+
+    m_actions.sCalls.clear();
+    for (const char* pId : {"Show Grid", "Show Origin", "Random Z Rotation", "Outliner"})
+        find(vecBar, pId)->fnAction();
+    EXPECT_EQ(m_actions.sCalls, "grid;origin;dirty;");
+    EXPECT_FALSE(m_actions.state.randomZRotation);
+    EXPECT_FALSE(m_windows.bOutliner);
+    EXPECT_EQ(find(vecBar, "Outliner")->sLabel, "Outliner #BBBBBB(shift+o)");
+}
+
 TEST_F(BarModelsTest, withNothingOpenSavingIsGreyAndTheRightBarEmpty)
 {
     m_actions.bOpen = false;
     m_actions.vecStack = {"$X_DATA/a.tile"};
+    std::string sGrey;
     for (const EntryState& state : leftBarStates(m_actions, m_windows))
-        EXPECT_FALSE(state.bEnabled) << state.sId;
+        sGrey += state.bEnabled ? "" : state.sId + ";";
+    EXPECT_EQ(sGrey, "Show Grid;Save;SaveAs;Tile Settings;Delete Tile;");
     EXPECT_TRUE(buildRightBar(m_actions).empty());
     m_actions.bOpen = true;
     for (const EntryState& state : leftBarStates(m_actions, m_windows))
@@ -299,12 +334,37 @@ TEST_F(BarModelsTest, panelsFollowTheTool)
     EXPECT_EQ(panelsOf(ToolHeight), (ToolPanels{true, true}));
     EXPECT_EQ(panelsOf(ToolMaterial), (ToolPanels{.bBrush = true, .bGroundMaterial = true}));
     EXPECT_EQ(panelsOf(ToolColor), (ToolPanels{.bBrush = true, .bColorEditor = true}));
-    EXPECT_EQ(panelsOf(ToolPlace), (ToolPanels{false, false}));
+    EXPECT_EQ(panelsOf(ToolPlace),
+              (ToolPanels{.bProperties = true, .bAssetLibrary = true, .bOutliner = true}));
     const auto vecButtons = falloffButtons(m_actions);
     ASSERT_EQ(vecButtons.size(), 6u);
     EXPECT_TRUE(vecButtons[1].bChecked);
     EXPECT_FALSE(vecButtons[0].bChecked);
     EXPECT_TRUE(vecButtons[5].sIcon.ends_with("ed_falloff_gauss.png"));
+}
+
+TEST(SideLayoutTest, theViewKeepsItsShareAndNothingOverlaps)
+{
+    for (const auto& [iWidth, iHeight, fScale] :
+         {std::tuple{1280, 720, 1.0f}, {1920, 1080, 1.0f}, {3840, 2160, 2.0f}})
+    {
+        const auto px = [&, fBy = fScale](int iUnits)
+        { return static_cast<int>(static_cast<float>(iUnits) * fBy); };
+        const SideFrame frame{iWidth, iHeight, px(36), {iWidth - px(244), px(48), px(232), px(332)}, fScale};
+        const SideLayout layout = sideLayout(frame);
+        const auto area = [](const SideCoord& coord) { return coord.iWidth * coord.iHeight; };
+        const int iTaken =
+            iWidth * px(36) + area(layout.library) + area(layout.properties) + area(layout.outliner);
+        EXPECT_GE(iWidth * iHeight - iTaken, iWidth * iHeight * 6 / 10) << iWidth;
+        EXPECT_LE(layout.properties.bottom(), layout.library.iTop);
+        EXPECT_EQ(layout.library.bottom(), iHeight - px(12));
+        EXPECT_EQ(layout.outliner.bottom(), iHeight - px(12));
+        EXPECT_GT(layout.outliner.iTop, frame.colorEditor.bottom());
+        EXPECT_GT(layout.outliner.iLeft, layout.library.right());
+    }
+    const SideLayout tiny = sideLayout({.iWidth = 320, .iHeight = 240});
+    EXPECT_GE(tiny.library.iTop, 36);
+    EXPECT_GT(tiny.properties.iHeight, 0);
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "MyGuiCommon/HyperText.h"
 #include "MyGuiCommon/MenuEntry.h"
 #include "MyGuiCommon/NumberBoxModel.h"
+#include "MyGuiCommon/NumberText.h"
 #include "Tests/Support/LogCapture.h"
 
 #include <gtest/gtest.h>
@@ -154,6 +155,26 @@ TEST(MenuEntryTest, listsThatLookDifferentHashDifferent)
     EXPECT_NE(hashMenu(base), hashMenu(List{{.sLabel = "ab", .sId = "c", .bEnabled = false}}));
     EXPECT_NE(hashMenu(List{{.vecChildren = base}}), hashMenu(List{{}, base[0]}));
     EXPECT_EQ(escapeCaption("a#b"), "a##b");
+}
+
+TEST(NumberTextTest, numbersReadAsShortAsTheyAre)
+{
+    EXPECT_EQ(NumberText::format(1.5, 3), "1.5");
+    EXPECT_EQ(NumberText::format(-0.12549, 3), "-0.125");
+    EXPECT_EQ(NumberText::format(1000.0, 3), "1000");
+    EXPECT_EQ(NumberText::format(-0.0001, 3), "0");
+    EXPECT_EQ(NumberText::format(0.1f, 6), "0.1");
+    EXPECT_EQ(NumberText::format(12.5, 0), "12");
+    EXPECT_EQ(NumberText::format(-1.7e308, 3).size(), 310u);
+}
+
+TEST(NumberTextTest, onlyWholeNumbersOfThisWorldAreTaken)
+{
+    EXPECT_EQ(NumberText::parse(" +1,5 "), 1.5);
+    EXPECT_EQ(NumberText::parse("-3e2"), -300.0);
+    EXPECT_EQ(NumberText::parse(".5"), 0.5);
+    for (const char* pText : {"", " ", "1 2", "1.5m", "nan", "inf", "1e999", "--1", "+", "0x10"})
+        EXPECT_EQ(NumberText::parse(pText), std::nullopt) << pText;
 }
 
 } // namespace

@@ -34,6 +34,8 @@ public:
     virtual void toggleStatusOverlay() = 0;
     virtual void showTileSettingsWindow(bool bShow) = 0;
     [[nodiscard]] virtual bool isTileSettingsVisible() const = 0;
+    /// What can be placed comes from other contents than before.
+    virtual void onContentChanged() {}
     virtual void toggleOutliner() {}
     [[nodiscard]] virtual bool isOutlinerVisible() const { return false; }
 

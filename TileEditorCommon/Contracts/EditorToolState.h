@@ -56,6 +56,7 @@ struct EditorToolState
     static constexpr int s_iMaxStrength = 100;
     static constexpr int s_iMaxSize = 10000;
     static constexpr uint32_t s_uDefaultViewMask = 1020;
+    static constexpr uint32_t s_uAllKindsMask = 0x1FC; ///< of "Show All"
 
     uint8_t transformMode = 0; ///< 0 translate, 1 rotate, 2 scale
     uint8_t tool = ToolHeight;

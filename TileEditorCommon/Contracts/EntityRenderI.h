@@ -38,6 +38,10 @@ public:
     /// Shows what was added in place of what was shown before.
     virtual void endBillboards() = 0;
 
+    /// Lines on the plane of a transform's x and y, that far apart in metres; stays until hideGrid().
+    virtual void showGrid(const Transform& plane, float fSpacing) = 0;
+    virtual void hideGrid() = 0;
+
     /// With bOnTop nothing in the scene hides it; else it fades where it is hidden.
     virtual void drawLine(const glm::vec3& start, const glm::vec3& end, const glm::vec4& color,
                           bool bOnTop) = 0;

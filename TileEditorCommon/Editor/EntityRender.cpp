@@ -26,6 +26,18 @@ EntityRender::EntityRender(rend::Renderer& renderer, const std::vector<std::stri
 EntityRender::~EntityRender()
 {
     m_renderer.setBillboards(nullptr);
+    m_renderer.setGrid(std::nullopt);
+}
+
+void EntityRender::showGrid(const Transform& plane, float fSpacing)
+{
+    m_renderer.setGrid(rend::GridPlane{plane.position, plane.rotation * glm::vec3(1.0f, 0.0f, 0.0f),
+                                       plane.rotation * glm::vec3(0.0f, 1.0f, 0.0f), fSpacing});
+}
+
+void EntityRender::hideGrid()
+{
+    m_renderer.setGrid(std::nullopt);
 }
 
 void EntityRender::addBillboard(const Billboard& billboard)

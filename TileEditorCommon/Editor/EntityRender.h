@@ -26,6 +26,8 @@ public:
     void beginBillboards() override { m_billboards.begin(); }
     void addBillboard(const Billboard& billboard) override;
     void endBillboards() override { m_billboards.end(); }
+    void showGrid(const Transform& plane, float fSpacing) override;
+    void hideGrid() override;
     void drawLine(const glm::vec3& start, const glm::vec3& end, const glm::vec4& color, bool bOnTop) override;
     void drawOrientedBox(const Transform& transform, const glm::vec3& lowest, const glm::vec3& highest,
                          const glm::vec4& color) override;

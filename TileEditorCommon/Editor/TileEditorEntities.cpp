@@ -263,6 +263,14 @@ void TileEditor::updateEntities(float dt)
     m_pEntities->update(dt);
     if (!m_pEntityRender)
         return;
+    if (const Entity grid = m_pEntities->grid())
+    {
+        const GridLook look =
+            gridLook(grid.pType->getOriginTransform(grid.uId), m_services.pCamera->position);
+        m_pEntityRender->showGrid({look.position, look.rotation}, look.spacing);
+    }
+    else
+        m_pEntityRender->hideGrid();
     if (m_toolState.tool == ToolPlace)
     {
         m_pEntities->drawBoxes(*m_pEntityRender);

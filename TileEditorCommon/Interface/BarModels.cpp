@@ -2,6 +2,7 @@
 
 #include "TileEditorCommon/Contracts/EditorActionsI.h"
 #include "TileEditorCommon/Contracts/EditorInterfaceI.h"
+#include "TileEditorCommon/Contracts/EntityTraits.h"
 #include "TileEditorCommon/Interface/KeyBindings.h"
 
 namespace tilebuilder
@@ -55,6 +56,39 @@ ToolColours::Colour dimmed(ToolColours::Colour colour)
     return colour;
 }
 
+/// The kinds that the view menu shows and hides, in its order.
+constexpr std::array<EntityTypeId, 6> s_arrViewKinds{EntityTypeId_Asset,     EntityTypeId_Harvestable,
+                                                     EntityTypeId_Blueprint, EntityTypeId_Prefab,
+                                                     EntityTypeId_Node,      EntityTypeId_Decal};
+
+std::string viewId(EntityTypeId eKind)
+{
+    return "View/" + std::string(entityTraits(eKind).sName);
+}
+
+MenuEntry buildViewMenu(EditorActionsI& actions)
+{
+    const auto setMask = [&actions](uint32_t uMask)
+    {
+        actions.toolState().viewMask = uMask;
+        actions.markInterfaceDirty(0);
+    };
+    MenuEntry made = menu("View", {entry("Show All", "Show All",
+                                         [&actions, setMask]
+                                         {
+                                             actions.showHidden();
+                                             setMask(EditorToolState::s_uAllKindsMask);
+                                         }),
+                                   entry("Hide All", "Hide All", [setMask] { setMask(0); }), separator()});
+    for (const EntityTypeId eKind : s_arrViewKinds)
+        made.vecChildren.push_back(entry(
+            std::string(entityTraits(eKind).sName), viewId(eKind),
+            [&actions, setMask, uFlag = entityTraits(eKind).uFilterFlag]
+            { setMask(actions.toolState().viewMask ^ uFlag); },
+            Kind::Check));
+    return made;
+}
+
 } // namespace
 
 std::vector<MenuEntry> buildLeftBar(EditorActionsI& actions, EditorInterfaceI& windows,
@@ -70,15 +104,25 @@ std::vector<MenuEntry> buildLeftBar(EditorActionsI& actions, EditorInterfaceI& w
                     [&windows] { windows.showSaveAsWindow(); }),
               separator(), entry("Delete Tile", "Delete Tile", [&actions] { actions.deleteTile(); }),
               separator(), entry("Exit", "Exit", [&actions] { actions.requestExit(); })}),
-        menu("Editor", {later(withShortcut(keys, "Show Grid ", ActionToggleGrid), "Show Grid", Kind::Check),
-                        later("Show Origin", "Show Origin", Kind::Check), separator(),
-                        later("Random Z Rotation", "Random Z Rotation", Kind::Check)}),
-        menu("View",
-             {later("Show All"), later("Hide All"), separator(), later("Asset", "View/Asset", Kind::Check),
-              later("Harvestable", "View/Harvestable", Kind::Check),
-              later("Blueprint", "View/Blueprint", Kind::Check), later("Prefab", "View/Prefab", Kind::Check),
-              later("Node", "View/Node", Kind::Check), later("Decal", "View/Decal", Kind::Check)}),
-        menu("Window", {later(withShortcut(keys, "Outliner ", ActionOutliner), "Outliner"),
+        menu("Editor",
+             {entry(
+                  withShortcut(keys, "Show Grid ", ActionToggleGrid), "Show Grid",
+                  [&actions] { actions.toggleGrid(); }, Kind::Check),
+              entry(
+                  "Show Origin", "Show Origin", [&actions] { actions.toggleOrigin(); }, Kind::Check),
+              separator(),
+              entry(
+                  "Random Z Rotation", "Random Z Rotation",
+                  [&actions]
+                  {
+                      actions.toolState().randomZRotation = !actions.toolState().randomZRotation;
+                      actions.markInterfaceDirty(0);
+                  },
+                  Kind::Check)}),
+        buildViewMenu(actions),
+        menu("Window", {entry(
+                            withShortcut(keys, "Outliner ", ActionOutliner), "Outliner",
+                            [&windows] { windows.toggleOutliner(); }, Kind::Check),
                         entry(
                             "Tile Settings", "Tile Settings",
                             [&windows] { windows.showTileSettingsWindow(!windows.isTileSettingsVisible()); },
@@ -92,12 +136,22 @@ std::vector<EntryState> leftBarStates(EditorActionsI& actions, const EditorInter
 {
     const bool bOpen = actions.isDocumentOpen();
     const bool bDelete = bOpen && actions.canDeleteTile();
-    return {{.sId = "Save", .bEnabled = bOpen},
-            {.sId = "SaveAs", .bEnabled = bOpen},
-            {.sId = "Tile Settings", .bEnabled = bOpen, .bChecked = windows.isTileSettingsVisible()},
-            {.sId = "Delete Tile",
-             .bEnabled = bDelete,
-             .sLabel = bDelete ? "#ff5566Delete Tile" : "Delete Tile"}};
+    std::vector<EntryState> vecStates{
+        {.sId = "Show Grid", .bEnabled = bOpen, .bChecked = actions.hasGrid()},
+        {.sId = "Show Origin", .bChecked = actions.isOriginShown()},
+        {.sId = "Random Z Rotation", .bChecked = actions.toolState().randomZRotation},
+        {.sId = "Outliner", .bChecked = windows.isOutlinerVisible()},
+        {.sId = "Save", .bEnabled = bOpen},
+        {.sId = "SaveAs", .bEnabled = bOpen},
+        {.sId = "Tile Settings", .bEnabled = bOpen, .bChecked = windows.isTileSettingsVisible()},
+        {.sId = "Delete Tile",
+         .bEnabled = bDelete,
+         .sLabel = bDelete ? "#ff5566Delete Tile" : "Delete Tile"}};
+    for (const EntityTypeId eKind : s_arrViewKinds)
+        vecStates.push_back(
+            {.sId = viewId(eKind),
+             .bChecked = (actions.toolState().viewMask & entityTraits(eKind).uFilterFlag) != 0});
+    return vecStates;
 }
 
 std::vector<MenuEntry> buildToolButtons(EditorActionsI& actions, const KeyBindings& keys)

@@ -34,6 +34,7 @@ enum EditorAction : uint32_t
     ActionSnap = 33,
     ActionPivot = 34,
     ActionOutliner = 61,
+    ActionHide = 62,
 };
 
 /// Ids of the wheel's actions.

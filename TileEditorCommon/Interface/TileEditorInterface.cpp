@@ -6,6 +6,7 @@
 #include "MyGuiCommon/GuiTips.h"
 #include "MyGuiCommon/PopUpManager.h"
 #include "TileEditorCommon/Contracts/EditorActionsI.h"
+#include "TileEditorCommon/Interface/AssetLibraryWindow.h"
 #include "TileEditorCommon/Interface/BarModels.h"
 #include "TileEditorCommon/Interface/BrushWindow.h"
 #include "TileEditorCommon/Interface/ClutterPanel.h"
@@ -19,6 +20,9 @@
 #include "TileEditorCommon/Interface/KeyBindings.h"
 #include "TileEditorCommon/Interface/LayoutWidgets.h"
 #include "TileEditorCommon/Interface/OpenTileWindow.h"
+#include "TileEditorCommon/Interface/OutlinerWindow.h"
+#include "TileEditorCommon/Interface/PropertiesWindow.h"
+#include "TileEditorCommon/Interface/SideLayout.h"
 #include "TileEditorCommon/Interface/StatusText.h"
 #include "TileEditorCommon/Interface/TileCreateWindow.h"
 #include "TileEditorCommon/Interface/TileSettingsWindow.h"
@@ -80,7 +84,10 @@ struct TileEditorInterface::Face
     std::unique_ptr<TileCreateWindow> pNewWindow;
     std::unique_ptr<OpenTileWindow> pOpenTileWindow;
     std::unique_ptr<HelpWindow> pHelpWindow;
+    std::unique_ptr<AssetLibraryWindow> pAssetLibraryWindow;
     std::unique_ptr<GroundMaterialWindow> pGroundMaterialWindow;
+    std::unique_ptr<PropertiesWindow> pPropertiesWindow;
+    std::unique_ptr<OutlinerWindow> pOutlinerWindow;
     std::unique_ptr<ColorWindow> pColorEditor;
     std::unique_ptr<BrushWindow> pBrushWindow;
     std::unique_ptr<HeightPanel> pHeightPanel;
@@ -97,6 +104,7 @@ struct TileEditorInterface::Face
     void makeBars(const InterfaceParts& parts, TileEditorInterface& owner);
     void makeWindows(const InterfaceParts& parts, TileEditorInterface& owner);
     void place();
+    void placeSideWindows(const MyGUI::IntSize& view);
     void placeRightBar();
     [[nodiscard]] int menusEnd() const;
 };
@@ -132,6 +140,9 @@ TileEditorInterface::Face::~Face()
     pCenterMenuBar.reset();
     pRightMenuBar.reset();
     pOpenTileWindow.reset();
+    pAssetLibraryWindow.reset();
+    pPropertiesWindow.reset();
+    pOutlinerWindow.reset();
     MyGUI::LayoutManager::getInstance().unloadLayout(vecPopupWidgets);
     MyGUI::LayoutManager::getInstance().unloadLayout(vecMainWidgets);
     MyGUI::Gui::getInstance().destroyWidget(pOverlay);
@@ -148,6 +159,13 @@ void TileEditorInterface::Face::makeWindows(const InterfaceParts& parts, TileEdi
         pHelpWindow = std::make_unique<HelpWindow>(pWindow, fnClose);
     if (auto* pWidget = findTop<MyGUI::Widget>(vecMainWidgets, "GroundMaterialWindow"))
         pGroundMaterialWindow = std::make_unique<GroundMaterialWindow>(pWidget, parts.actions, tips);
+    if (auto* pWidget = findTop<MyGUI::Widget>(vecMainWidgets, "AssetLibraryWindow"))
+        pAssetLibraryWindow = std::make_unique<AssetLibraryWindow>(pWidget, parts.actions, tips);
+    if (auto* pWidget = findTop<MyGUI::Widget>(vecMainWidgets, "PropertiesWindow"))
+        pPropertiesWindow = std::make_unique<PropertiesWindow>(pWidget, parts.actions, tips);
+    if (auto* pWidget = findTop<MyGUI::Widget>(vecMainWidgets, "OutlinerWindow"))
+        pOutlinerWindow = std::make_unique<OutlinerWindow>(pWidget, parts.actions, tips,
+                                                           [&owner] { owner.toggleOutliner(); });
     if (auto* pWidget = findTop<MyGUI::Widget>(vecMainWidgets, "ColorEditor"))
         pColorEditor = std::make_unique<ColorWindow>(pWidget, parts.actions, tips);
     if (auto* pWidget = findTop<MyGUI::Widget>(vecMainWidgets, "BrushWindow"))
@@ -198,6 +216,7 @@ void TileEditorInterface::Face::place()
         pColorEditor->widget()->setPosition(view.width - pColorEditor->widget()->getWidth() -
                                                 px(s_iSideMargin),
                                             pBar->getBottom() + px(s_iSideMargin));
+    placeSideWindows(view);
     if (pTileSettingsWindow)
     {
         // Below the place of the colour editor, or as low as the view lets it.
@@ -215,6 +234,34 @@ void TileEditorInterface::Face::place()
         pCenter->setCoord(iLeft, pCenter->getTop(), iWidth, pCenter->getHeight());
     }
     placeRightBar();
+}
+
+void TileEditorInterface::Face::placeSideWindows(const MyGUI::IntSize& view)
+{
+    SideFrame frame{.iWidth = view.width,
+                    .iHeight = view.height,
+                    .iBarBottom = pBar->getBottom(),
+                    .fScale = GuiMetrics::scale()};
+    if (pColorEditor)
+    {
+        const MyGUI::IntCoord color = pColorEditor->widget()->getCoord();
+        frame.colorEditor = {color.left, color.top, color.width, color.height};
+    }
+    const SideLayout layout = sideLayout(frame);
+    const auto setCoord = [](MyGUI::Widget* pWidget, const SideCoord& coord)
+    { pWidget->setCoord(coord.iLeft, coord.iTop, coord.iWidth, coord.iHeight); };
+    if (pAssetLibraryWindow)
+    {
+        setCoord(pAssetLibraryWindow->widget(), layout.library);
+        pAssetLibraryWindow->place();
+    }
+    if (pPropertiesWindow)
+    {
+        setCoord(pPropertiesWindow->widget(), layout.properties);
+        pPropertiesWindow->place();
+    }
+    if (pOutlinerWindow)
+        setCoord(pOutlinerWindow->widget(), layout.outliner);
 }
 
 /// The right edge of the last menu's label.
@@ -297,6 +344,7 @@ bool TileEditorInterface::isEditing() const
 
 void TileEditorInterface::showToolPanels(uint8_t uTool)
 {
+    m_uTool = uTool;
     if (!m_pFace)
         return;
     const ToolPanels panels = panelsOf(uTool);
@@ -306,10 +354,45 @@ void TileEditorInterface::showToolPanels(uint8_t uTool)
         m_pFace->pHeightPanel->setVisible(panels.bTerrainBrush);
     if (m_pFace->pGroundMaterialWindow)
         m_pFace->pGroundMaterialWindow->setVisible(panels.bGroundMaterial);
-    if (m_pFace->pColorEditor)
-        m_pFace->pColorEditor->setVisible(panels.bColorEditor);
     if (m_pFace->pClutterPanel)
         m_pFace->pClutterPanel->setVisible(panels.bClutter);
+    if (m_pFace->pPropertiesWindow)
+        m_pFace->pPropertiesWindow->setVisible(panels.bProperties);
+    if (m_pFace->pAssetLibraryWindow)
+        m_pFace->pAssetLibraryWindow->setVisible(panels.bAssetLibrary);
+    if (m_pFace->pOutlinerWindow)
+        m_pFace->pOutlinerWindow->setVisible(panels.bOutliner && m_bOutliner);
+    showColorEditor();
+}
+
+/// With its tool, and with the entity tool while a colour of the properties is edited.
+void TileEditorInterface::showColorEditor()
+{
+    if (!m_pFace->pColorEditor)
+        return;
+    const ToolPanels panels = panelsOf(m_uTool);
+    m_pFace->pColorEditor->setVisible(
+        panels.bColorEditor ||
+        (panels.bProperties && m_pFace->pPropertiesWindow && m_pFace->pPropertiesWindow->isColorOpen()));
+}
+
+void TileEditorInterface::toggleOutliner()
+{
+    m_bOutliner = !m_bOutliner;
+    showToolPanels(m_uTool);
+    m_parts.actions.markInterfaceDirty(0);
+}
+
+bool TileEditorInterface::isListed(uint32_t uEntityId) const
+{
+    return !m_pFace || !m_pFace->pOutlinerWindow || !m_pFace->pOutlinerWindow->isVisible() ||
+           m_pFace->pOutlinerWindow->isListed(uEntityId);
+}
+
+void TileEditorInterface::onContentChanged()
+{
+    if (m_pFace && m_pFace->pAssetLibraryWindow)
+        m_pFace->pAssetLibraryWindow->onContentChanged();
 }
 
 void TileEditorInterface::hidePopups()
@@ -394,6 +477,10 @@ void TileEditorInterface::updateOverlay(uint32_t uFrames, double fCpuMs, double 
     if (!m_pFace)
         return;
     m_pFace->worldLabels.show(m_parts.actions.worldLabels());
+    if (m_pFace->pAssetLibraryWindow)
+        m_pFace->pAssetLibraryWindow->update();
+    if (m_pFace->pPropertiesWindow)
+        m_pFace->pPropertiesWindow->update();
     if (!m_pFace->pInfoBox)
         return;
     std::string sText;
@@ -425,7 +512,7 @@ MyGUI::PopupMenu* TileEditorInterface::entityMenu() const
     return m_pFace ? m_pFace->pEntityMenu->menu() : nullptr;
 }
 
-void TileEditorInterface::refresh(uint32_t)
+void TileEditorInterface::refresh(uint32_t uMask)
 {
     if (!m_pFace)
         return;
@@ -444,8 +531,13 @@ void TileEditorInterface::refresh(uint32_t)
         }
     if (m_pFace->pRightMenuBar && m_pFace->pRightMenuBar->replace(buildRightBar(m_parts.actions)))
         m_pFace->placeRightBar();
+    if (m_pFace->pPropertiesWindow && panelsOf(m_uTool).bProperties)
+        m_pFace->pPropertiesWindow->refresh();
     if (m_pFace->pGroundMaterialWindow)
         m_pFace->pGroundMaterialWindow->refresh();
+    if (m_pFace->pOutlinerWindow)
+        m_pFace->pOutlinerWindow->update(uMask);
+    showColorEditor();
     if (m_pFace->pColorEditor)
         m_pFace->pColorEditor->refresh();
     if (m_pFace->pBrushWindow)

@@ -69,6 +69,10 @@ public:
     void showTileSettingsWindow(bool bShow) override;
     [[nodiscard]] bool isTileSettingsVisible() const override { return m_bTileSettings; }
     void showEntityMenu(int iX, int iY) override;
+    void toggleOutliner() override;
+    [[nodiscard]] bool isOutlinerVisible() const override { return m_bOutliner; }
+    [[nodiscard]] bool isListed(uint32_t uEntityId) const override;
+    void onContentChanged() override;
     void refresh(uint32_t uMask) override;
     void showMessage(std::string_view sTitle, std::string_view sText) override;
     void askYesNo(std::string_view sTitle, std::string_view sText, std::function<void()> onYes) override;
@@ -86,11 +90,14 @@ private:
 
     void saveUnder(const std::string& sName);
     void hidePopups();
+    void showColorEditor();
 
     InterfaceParts m_parts;
     std::unique_ptr<Face> m_pFace; ///< all widgets; null while the GUI starts anew
     bool m_bInfoHidden = false;
     bool m_bTileSettings = false;
+    bool m_bOutliner = true; ///< shown with the entity tool
+    uint8_t m_uTool = 0;     ///< whose panels are shown
 };
 
 } // namespace tilebuilder

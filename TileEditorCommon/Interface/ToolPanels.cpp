@@ -11,7 +11,10 @@ ToolPanels panelsOf(uint8_t uTool)
             .bTerrainBrush = uTool == ToolHeight,
             .bGroundMaterial = uTool == ToolMaterial,
             .bColorEditor = uTool == ToolColor,
-            .bClutter = uTool == ToolClutter};
+            .bClutter = uTool == ToolClutter,
+            .bProperties = uTool == ToolPlace,
+            .bAssetLibrary = uTool == ToolPlace,
+            .bOutliner = uTool == ToolPlace};
 }
 
 const std::array<BrushRow, 2>& brushRows()

@@ -20,6 +20,9 @@ struct ToolPanels
     bool bGroundMaterial = false;
     bool bColorEditor = false;
     bool bClutter = false;
+    bool bProperties = false;
+    bool bAssetLibrary = false;
+    bool bOutliner = false; ///< unless it is switched off
 
     bool operator==(const ToolPanels&) const = default;
 };

@@ -2,7 +2,6 @@
 //
 // ContentBuilder --source StarterContent --output GAME --generator Tools/ContentBuilder [--fonts FOLDER]
 
-#include "Tools/ContentBuilder/Assets.h"
 #include "Tools/ContentBuilder/Clutter.h"
 #include "Tools/ContentBuilder/ImageFile.h"
 #include "Tools/ContentBuilder/Materials.h"
@@ -119,8 +118,7 @@ bool copyFonts(const Options& options, OutputFolder& output)
     return bDone;
 }
 
-/// bHeights: the diffuse map keeps heights in its alpha.
-bool makeMaterial(const Material& material, bool bHeights, uint64_t uInputs, OutputFolder& output)
+bool makeMaterial(const Material& material, uint64_t uInputs, OutputFolder& output)
 {
     const std::string sBase = material.pFile;
     const std::vector<std::string> vecFiles = {sBase + "_dif.png", sBase + "_asg.png", sBase + "_nor.png"};
@@ -128,9 +126,7 @@ bool makeMaterial(const Material& material, bool bHeights, uint64_t uInputs, Out
         return true;
     Canvas canvas;
     material.fnPaint(canvas);
-    Canvas::Maps maps = canvas.maps(material.fRelief, material.fShade);
-    for (size_t u = 3; !bHeights && u < maps.vecDiffuse.size(); u += 4)
-        maps.vecDiffuse[u] = 255;
+    const Canvas::Maps maps = canvas.maps(material.fRelief, material.fShade);
     const std::array<const std::vector<uint8_t>*, 3> arrMaps = {&maps.vecDiffuse, &maps.vecAsg,
                                                                 &maps.vecNormal};
     for (size_t u = 0; u < vecFiles.size(); ++u)
@@ -168,29 +164,6 @@ bool makeClutter(const ClutterType& type, uint64_t uInputs, OutputFolder& output
     else
         output.markMade(vecFiles, uInputs);
     return bDone;
-}
-
-bool makeAsset(const AssetModel& model, uint64_t uInputs, OutputFolder& output)
-{
-    const std::string sBase = std::string(model.pRoot) + "/" + model.pFile;
-    const std::vector<std::string> vecFiles = {sBase + ".obj", sBase + ".rend"};
-    if (output.isCurrent(vecFiles, uInputs))
-        return true;
-    ModelShape shape;
-    model.fnBuild(shape);
-    std::ofstream mesh(output.prepare(vecFiles[0]), std::ios::binary);
-    mesh << shape.text();
-    mesh.close();
-    std::ofstream renderable(output.prepare(vecFiles[1]), std::ios::binary);
-    renderable << shape.renderable(std::string(model.pKey) + "/" + model.pFile + ".obj");
-    renderable.close();
-    if (!mesh.good() || !renderable.good())
-    {
-        std::fprintf(stderr, "Failed to write %s\n", model.pFile);
-        return false;
-    }
-    output.markMade(vecFiles, uInputs);
-    return true;
 }
 
 /// What stands in for a map that is missing: mid grey, flat, unshadowed.
@@ -288,12 +261,7 @@ int build(const Options& options)
     for (const std::span<const Material> spanSet : {standardMaterials(), autumnMaterials()})
         for (const Material& material : spanSet)
             vecJobs.emplace_back([&material, uGenerator, &output]
-                                 { return makeMaterial(material, true, uGenerator, output); });
-    for (const Material& material : assetMaterials())
-        vecJobs.emplace_back([&material, uGenerator, &output]
-                             { return makeMaterial(material, false, uGenerator, output); });
-    for (const AssetModel& model : assetModels())
-        vecJobs.emplace_back([&model, uGenerator, &output] { return makeAsset(model, uGenerator, output); });
+                                 { return makeMaterial(material, uGenerator, output); });
     for (const ClutterType& type : clutterTypes())
         vecJobs.emplace_back([&type, uGenerator, &output] { return makeClutter(type, uGenerator, output); });
     for (auto& job : modelJobs(uModels, uPictures, output))
