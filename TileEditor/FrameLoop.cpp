@@ -3,6 +3,7 @@
 #include "KestrelCommon/Core/Console.h"
 #include "KestrelCommon/Core/FrameAllocator.h"
 #include "KestrelCommon/Core/FrameClock.h"
+#include "KestrelCommon/Data/DynamicDataManager.h"
 #include "KestrelCommon/Device/GraphicsDeviceI.h"
 #include "KestrelCommon/Platform/StoreService.h"
 #include "KestrelCommon/Platform/VirtualKeys.h"
@@ -102,6 +103,7 @@ void TileEditorStandalone::runFrame(float dt)
     m_pUgcManager->updateAdded();
     m_pUgcManager->updateRemoved();
     m_pDebugDrawer->swap();
+    m_pDynamicDataManager->update();
     m_pPopUpManager->update();
     if (!m_pTileEditor->isRunning())
         return;

@@ -3,6 +3,7 @@
 #include "KestrelCommon/Core/Console.h"
 #include "KestrelCommon/Core/FrameClock.h"
 #include "KestrelCommon/Core/ScopeTimer.h"
+#include "KestrelCommon/Data/DynamicDataManager.h"
 #include "KestrelCommon/Device/EglContext.h"
 #include "KestrelCommon/Device/GlDevice.h"
 #include "KestrelCommon/Platform/CrashSender.h"
@@ -81,6 +82,7 @@ bool TileEditorStandalone::setUp(const CommandLine& line, bool bBackgroundLoadin
     m_uFov = EditorSettings::read(m_pDirectoryManager->tileEditorSettingsFile()).fov;
     m_pTaskManager = std::make_unique<TaskManager>();
     m_pTaskManager->start();
+    m_pDynamicDataManager = std::make_unique<DynamicDataManager>();
 
     logStep("Initializing ResourceManager");
     if (!setUpDevice())
@@ -250,6 +252,7 @@ void TileEditorStandalone::shutDown()
     if (m_pTaskManager)
         m_pTaskManager->stop();
     m_pTaskManager.reset();
+    m_pDynamicDataManager.reset();
     m_pInputManager.reset();
     m_pConsole.reset();
     m_pDirectoryManager.reset();

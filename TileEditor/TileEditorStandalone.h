@@ -9,6 +9,7 @@
 #include <string>
 
 class DirectoryManager;
+class DynamicDataManager;
 class GuiSystemManager;
 class InputManager;
 class PopUpManager;
@@ -96,6 +97,7 @@ private:
     std::unique_ptr<DirectoryManager> m_pDirectoryManager;
     std::unique_ptr<UTILS::Console> m_pConsole;
     std::unique_ptr<TaskManager> m_pTaskManager;
+    std::unique_ptr<DynamicDataManager> m_pDynamicDataManager;
     std::unique_ptr<rend::GlContextI> m_pContext;
     std::unique_ptr<rend::GraphicsDeviceI> m_pDevice;
     std::unique_ptr<resource::ResourceManager> m_pResourceManager;

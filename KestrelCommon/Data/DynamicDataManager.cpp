@@ -234,7 +234,8 @@ bool DynamicDataManager::saveTo(DynamicDataResource& resource, std::string_view 
     }
     Json::Value jTree;
     write(resource.getTemplate(), resource.tree(), jTree);
-    if (!writeFileSafely(DirectoryManager::ms_pInstance->resolvePath(sPath), writeJsonText(jTree, JsonStyle::Indented)))
+    if (!writeFileSafely(DirectoryManager::ms_pInstance->resolvePath(sPath),
+                         writeJsonText(jTree, JsonStyle::Indented)))
     {
         QM_LOG_ERROR("Failed to write data resource '", sPath, "'");
         return false;

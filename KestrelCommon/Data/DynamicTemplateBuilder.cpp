@@ -13,6 +13,8 @@ namespace
 
 constexpr std::string_view s_sMetaSuffix = "_meta";
 constexpr const char* s_pTemplateMeta = "template_meta";
+/// Places of one template; templates that take each other in many times over end here.
+constexpr size_t s_uMaxPlaces = 10'000;
 
 std::string_view keyOf(const Json::Value::const_iterator& iterMember)
 {
@@ -150,6 +152,12 @@ Value DynamicTemplateBuilder::takeIn(const std::string& sName, PlaceId uParent, 
         return {};
     }
     const DynamicTemplate* pOther = m_manager.getTemplate(sName);
+    if (m_target.m_mapMeta.size() + m_target.m_mapDefaults.size() > s_uMaxPlaces)
+    {
+        if (!std::exchange(m_bTooMany, true))
+            report("too many places", m_vecInProgress.back());
+        return {};
+    }
     if (!pOther)
     {
         report("sub template '" + sName + "' does not exist", m_vecInProgress.back());

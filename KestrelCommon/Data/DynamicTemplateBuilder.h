@@ -33,5 +33,6 @@ private:
     DynamicDataManager& m_manager;
     DynamicTemplate& m_target;
     std::vector<std::string> m_vecInProgress;
+    bool m_bTooMany = false;
     std::unordered_map<DynamicData::PlaceId, DynamicData::Value> m_mapTakenIn;
 };

@@ -13,17 +13,6 @@ std::string textOf(const std::filesystem::path& path)
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-Json::Value jsonOf(std::string_view sKeyedPath)
-{
-    Json::Value jRoot;
-    std::ifstream file(starterPath(sKeyedPath));
-    std::string sError;
-    Json::CharReaderBuilder builder;
-    if (!file || !Json::parseFromStream(builder, file, &jRoot, &sError))
-        return {};
-    return jRoot;
-}
-
 } // namespace
 
 std::filesystem::path starterPath(std::string_view sKeyedPath)
@@ -36,6 +25,17 @@ std::filesystem::path starterPath(std::string_view sKeyedPath)
     if (sKeyedPath.starts_with(s_sSurvival))
         return game / "Survival" / sKeyedPath.substr(s_sSurvival.size());
     return {};
+}
+
+Json::Value starterJson(std::string_view sKeyedPath)
+{
+    Json::Value jRoot;
+    std::ifstream file(starterPath(sKeyedPath));
+    std::string sError;
+    Json::CharReaderBuilder builder;
+    if (!file || !Json::parseFromStream(builder, file, &jRoot, &sError))
+        return {};
+    return jRoot;
 }
 
 std::shared_ptr<const resource::Renderable> starterRenderable(const std::string& sKeyedPath)
@@ -53,9 +53,9 @@ std::vector<StarterAsset> starterAssets()
     std::vector<StarterAsset> vecAssets;
     for (const char* pRoot : {"$GAME_DATA", "$SURVIVAL_DATA"})
         for (const terrain::AssetSetRef& ref :
-             terrain::readAssetSetList(jsonOf(std::string(pRoot) + "/Terrain/Database/assetsets.json"))
+             terrain::readAssetSetList(starterJson(std::string(pRoot) + "/Terrain/Database/assetsets.json"))
                  .vecSets)
-            for (terrain::AssetEntry& entry : terrain::readAssetSet(jsonOf(ref.sSet)))
+            for (terrain::AssetEntry& entry : terrain::readAssetSet(starterJson(ref.sSet)))
             {
                 auto pRenderable = starterRenderable(entry.sRenderable);
                 vecAssets.push_back(

@@ -3,10 +3,14 @@
 #include "KestrelCommon/Assets/AssetSets.h"
 
 #include <filesystem>
+#include <json/forwards.h>
 #include <vector>
 
 /// Of the laid out game folder.
 [[nodiscard]] std::filesystem::path starterPath(std::string_view sKeyedPath);
+
+/// Null when it can't be read.
+[[nodiscard]] Json::Value starterJson(std::string_view sKeyedPath);
 
 struct StarterAsset
 {

@@ -4,8 +4,10 @@
 #include "Tests/Content/StarterAssets.h"
 #include "Tests/Support/LogCapture.h"
 
+#include <cmath>
 #include <glm/geometric.hpp>
 #include <gtest/gtest.h>
+#include <json/value.h>
 #include <set>
 
 namespace
@@ -42,9 +44,9 @@ TEST_F(StarterContentTest, thereIsEnoughToBuildWithAndAllOfItIsFound)
         EXPECT_LE(uColours, 4u) << asset.entry.sName;
         uColoured += uColours >= 1 && uColours <= 3;
     }
-    EXPECT_GE(m_vecAssets.size(), 40u);
-    EXPECT_EQ(setCategories.size(), 4u);
-    EXPECT_EQ(setRoots.size(), 1u);
+    EXPECT_GE(m_vecAssets.size(), 60u);
+    EXPECT_EQ(setCategories.size(), 8u);
+    EXPECT_EQ(setRoots.size(), 2u);
     EXPECT_GE(uColoured * 4, m_vecAssets.size() * 3);
     EXPECT_EQ(m_log.errors() + m_log.warnings(), 0u) << m_log.dump();
 }
@@ -67,6 +69,69 @@ TEST_F(StarterContentTest, namesKeepTheirIds)
     EXPECT_EQ(uFound, mapKnown.size());
 }
 
+/// How many pieces of a model are turned inside out: a piece is a set of faces that hang together; when it is
+/// closed, its volume must not be negative.
+size_t insideOut(const resource::Model& model, const resource::ModelPart& part)
+{
+    std::map<std::array<int, 3>, size_t> mapPlaces;
+    std::vector<size_t> vecRoots;
+    const auto rootOf = [&](size_t u)
+    {
+        while (vecRoots[u] != u)
+            u = vecRoots[u] = vecRoots[vecRoots[u]];
+        return u;
+    };
+    const auto placeOf = [&](uint32_t uIndex)
+    {
+        const glm::vec3 at = model.vecPositions[uIndex] * 250.0f;
+        const auto [it, bNew] =
+            mapPlaces.try_emplace({static_cast<int>(std::lround(at.x)), static_cast<int>(std::lround(at.y)),
+                                   static_cast<int>(std::lround(at.z))},
+                                  vecRoots.size());
+        if (bNew)
+            vecRoots.push_back(vecRoots.size());
+        return it->second;
+    };
+    struct Piece
+    {
+        glm::vec3 sum{0.0f};
+        float fCount = 0.0f;
+        float fVolume = 0.0f;
+        glm::vec3 area{0.0f}; ///< sums up to nothing when it is closed
+        float fAreas = 0.0f;
+    };
+    std::map<size_t, Piece> mapPieces;
+    const uint32_t uEnd = part.uFirst + part.uCount;
+    for (uint32_t u = part.uFirst; u < uEnd; u += 3)
+        for (const uint32_t k : {1u, 2u})
+        {
+            const size_t uFirst = placeOf(model.vecIndices[u]);
+            const size_t uOther = placeOf(model.vecIndices[u + k]);
+            vecRoots[rootOf(uFirst)] = rootOf(uOther);
+        }
+    const auto pieceOf = [&](uint32_t u) -> Piece&
+    { return mapPieces[rootOf(placeOf(model.vecIndices[u]))]; };
+    for (uint32_t u = part.uFirst; u < uEnd; ++u)
+    {
+        pieceOf(u).sum += model.vecPositions[model.vecIndices[u]];
+        pieceOf(u).fCount += 1.0f;
+    }
+    for (uint32_t u = part.uFirst; u < uEnd; u += 3)
+    {
+        Piece& piece = pieceOf(u);
+        const glm::vec3 centre = piece.sum / piece.fCount;
+        const auto point = [&](uint32_t k) { return model.vecPositions[model.vecIndices[u + k]] - centre; };
+        piece.fVolume += glm::dot(glm::cross(point(0), point(1)), point(2));
+        const glm::vec3 area = glm::cross(point(1) - point(0), point(2) - point(0));
+        piece.area += area;
+        piece.fAreas += glm::length(area);
+    }
+    size_t uCount = 0;
+    for (const auto& [uRoot, piece] : mapPieces)
+        uCount += piece.fVolume < -1.0e-3f && glm::length(piece.area) < 0.02f * piece.fAreas;
+    return uCount;
+}
+
 TEST_F(StarterContentTest, modelsAreOfSaneSizesAndRightSideOut)
 {
     for (const StarterAsset& asset : m_vecAssets)
@@ -84,7 +149,8 @@ TEST_F(StarterContentTest, modelsAreOfSaneSizesAndRightSideOut)
         EXPECT_GT(std::min({size.x, size.y, size.z}), 0.15f) << sName;
         // The foot stands at the origin, no more than a part of it in the ground.
         EXPECT_LE(model.box.lowest.y, 0.3f) << sName;
-        EXPECT_GE(model.box.lowest.y, -0.2f * size.y - 1.0f) << sName;
+        const bool bBridge = sName.starts_with("env_bridge_stone"); // reaches down into the dip
+        EXPECT_GE(model.box.lowest.y, bBridge ? -8.0f : -0.2f * size.y - 1.0f) << sName;
         EXPECT_LE(model.box.lowest.x, 0.01f) << sName;
         EXPECT_GE(model.box.highest.x, -0.01f) << sName;
 
@@ -95,6 +161,7 @@ TEST_F(StarterContentTest, modelsAreOfSaneSizesAndRightSideOut)
         {
             if (part.sMaterial.starts_with("Leaf") || part.sMaterial == "Leaves")
                 continue;
+            EXPECT_EQ(insideOut(model, part), 0u) << sName << ", " << part.sMaterial;
             for (uint32_t u = part.uFirst; u < part.uFirst + part.uCount; u += 3)
             {
                 const auto* pIndex = &model.vecIndices[u];
@@ -142,6 +209,41 @@ TEST_F(StarterContentTest, coloursAndPicturesOfEachMaterialExist)
         EXPECT_EQ(setUsed, setDefaults) << sName;
         EXPECT_EQ(setUsed.size(), renderable.colorSlots().size()) << sName;
     }
+}
+
+TEST_F(StarterContentTest, picturesOfTheEditorsMarksExist)
+{
+    std::vector<std::string> vecPictures{"$GAME_DATA/Gui/Editor/ed_gizmo_ring.png"};
+    std::set<std::string> setNames;
+    const Json::Value jList = starterJson("$GAME_DATA/TileEditor/gizmos.json");
+    for (const Json::Value& jGizmo : jList["gizmos"])
+    {
+        EXPECT_TRUE(setNames.insert(jGizmo["name"].asString()).second);
+        vecPictures.push_back(jGizmo["path"].asString());
+    }
+    for (const char* pName :
+         {"asset", "harvestable", "kinematic", "prefab", "decal", "voxelmesh", "node", "error"})
+        EXPECT_TRUE(setNames.contains(pName)) << pName;
+    for (const std::string& sPicture : vecPictures) // they become the layers of one texture
+        EXPECT_EQ(resource::pictureSize(starterPath(sPicture)), std::pair(64, 64)) << sPicture;
+    for (const char* pKind : {"asset", "harvestable", "kinematic", "decal", "shape", "node", "blueprint",
+                              "prefab", "asset_prefab", "search"})
+        EXPECT_TRUE(resource::pictureSize(
+            starterPath(std::string("$GAME_DATA/Gui/Editor/ed_icon_") + pKind + ".png")))
+            << pKind;
+}
+
+TEST_F(StarterContentTest, theFigureIsAPersonTall)
+{
+    const auto pFigure = starterRenderable("$GAME_DATA/Character/character.rend");
+    ASSERT_TRUE(pFigure);
+    ASSERT_FALSE(pFigure->model().bStandIn);
+    EXPECT_NEAR(pFigure->model().box.lowest.y, 0.0f, 0.05f);
+    EXPECT_NEAR(pFigure->model().box.highest.y, 7.2f, 0.1f); // 1.8 m
+    const auto pOrigin = starterRenderable("$GAME_DATA/TileEditor/gui_gizmo_origin.rend");
+    ASSERT_TRUE(pOrigin);
+    EXPECT_NEAR(glm::length(pOrigin->model().box.highest - glm::vec3(1.0f)), 0.0f, 0.01f);
+    EXPECT_EQ(m_log.errors() + m_log.warnings(), 0u) << m_log.dump();
 }
 
 } // namespace

@@ -157,6 +157,21 @@ TEST_F(DynamicDataTest, templatesTakeOthersIn)
     EXPECT_EQ(text(pManager->getTemplate("twice")->root()), R"({"list":[{"k":1},{"k":2}]})");
 }
 
+TEST_F(DynamicDataTest, templatesThatGrowWithoutBoundAreCut)
+{
+    std::vector<std::pair<std::string, std::string>> vecTemplates;
+    for (int i = 0; i < 15; ++i)
+    {
+        const std::string sNext = "t" + std::to_string(i + 1);
+        vecTemplates.emplace_back("t" + std::to_string(i) + ".json",
+                                  R"({"a": 0, "a_meta": {"subTemplate": ")" + sNext +
+                                      R"("}, "b": 0, "b_meta": {"subTemplate": ")" + sNext + "\"}}");
+    }
+    start(vecTemplates);
+    EXPECT_TRUE(log.has("too many places"));
+    EXPECT_TRUE(pManager->getTemplate("t13")->root().object()->find("b"));
+}
+
 /// Any JSON goes through a tree without loss, with a template that fits nothing of it too.
 TEST_F(DynamicDataTest, randomTreesAreWrittenAsTheyWereRead)
 {

@@ -144,30 +144,4 @@ TEST(LuaBlob, aWrongTypeIsAnAssertionAndTheReadGoesOn)
     EXPECT_TRUE(log.has("ASSERT: 'type == LuaSaveDataType::Table'"));
 }
 
-TEST(BitStream, wordsAreTheSameBitsAsTheSlowWay)
-{
-    for (uint32_t uShift = 0; uShift < 8; ++uShift)
-        for (uint32_t uBits = 1; uBits <= 56; ++uBits)
-        {
-            const uint64_t uValue = 0x9E3779B97F4A7C15u >> (64 - uBits);
-            BitStream quick;
-            BitStream slow;
-            for (BitStream* pStream : {&quick, &slow})
-                for (uint32_t i = 0; i < uShift; ++i)
-                    pStream->writeBool(true);
-            quick.writeWord(uValue, uBits);
-            for (uint32_t i = 0; i < uBits; ++i)
-                slow.writeBool(uValue >> (uBits - 1 - i) & 1);
-            ASSERT_EQ(hexOf(quick), hexOf(slow)) << uShift << " " << uBits;
-            uint64_t uBack = 0;
-            ASSERT_TRUE(uShift == 0 || quick.readWord(uBack, uShift));
-            ASSERT_TRUE(quick.readWord(uBack, uBits));
-            EXPECT_EQ(uBack, uValue);
-            EXPECT_FALSE(quick.readWord(uBack, 1));
-            quick.truncate(uShift);
-            quick.writeBool(true);
-            EXPECT_EQ(quick.bitsUsed(), uShift + 1);
-        }
-}
-
 } // namespace

@@ -21,8 +21,8 @@ struct LuaObjectSerializerTest : testing::Test
     }
     ~LuaObjectSerializerTest() override
     {
+        pVm.reset();
         lua_close(pState);
-        pVm.release(); // the state is gone, and the table with it
     }
 
     /// Leaves the value of an expression on the stack.
@@ -309,6 +309,34 @@ TEST_F(LuaObjectSerializerTest, userdataGoesByItsRecord)
     EXPECT_EQ(*static_cast<uint32_t*>(luaL_checkudata(pState, 3, "World")), 4u) << "the low byte alone";
     EXPECT_FALSE(load("4c5541 00000001 64 0000272a"));
     EXPECT_TRUE(log.has("'Network' does not have a deserialize function and can't be deserialized."));
+}
+
+TEST_F(LuaObjectSerializerTest, recordsMakeAndEndTheirObjects)
+{
+    static int s_iEnded = 0;
+    s_iEnded = 0;
+    const auto construct = [](lua_State* pLua)
+    {
+        lua_pushboolean(pLua, 1);
+        lua_setfield(pLua, -2, "made");
+    };
+    EXPECT_TRUE(pVm->registerUserdata(
+        {.name = "Thing", .id = 5, .construct = construct, .destroy = [](void*) { ++s_iEnded; }}));
+    const int iValue = 3;
+    for (int i = 0; i < 2; ++i)
+        LuaVm::pushUserdata(pState, "Thing", &iValue, sizeof(iValue));
+    lua_getmetatable(pState, 1);
+    lua_getfield(pState, -1, "made");
+    EXPECT_TRUE(lua_toboolean(pState, -1));
+    lua_settop(pState, 1);
+    lua_gc(pState, LUA_GCCOLLECT, 0);
+    EXPECT_EQ(s_iEnded, 1);
+    EXPECT_EQ(LuaVm::of(pState), pVm.get());
+    pVm.reset();
+    EXPECT_EQ(LuaVm::of(pState), nullptr);
+    lua_settop(pState, 0);
+    lua_gc(pState, LUA_GCCOLLECT, 0);
+    EXPECT_EQ(s_iEnded, 1) << "nothing is called without the records";
 }
 
 /// Any prefix and any flipped byte of a good blob is read without harm.

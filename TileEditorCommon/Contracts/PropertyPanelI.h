@@ -133,7 +133,8 @@ public:
     virtual void pictureButton(std::string_view sLabel, std::string_view sPicture, PanelAction onPress) = 0;
     /// A tree of values that the view shows and writes in place, by the template when there is one.
     /// What differs from the baseline is marked; null: nothing is. Borrowed: tree, baseline and
-    /// template outlive the row. The key is that of a group: which branches are open survives.
+    /// template outlive the row. The key is that of a group: which branches are open survives. When
+    /// nothing is open and the tree has a single element, that one opens by itself.
     virtual void dataView(std::string_view sKey, DynamicData::Value& tree,
                           const DynamicData::Value* pBaseline, const DynamicTemplate* pTemplate,
                           DataEdit onEdit) = 0;

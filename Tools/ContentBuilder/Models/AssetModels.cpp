@@ -16,8 +16,8 @@ namespace
 constexpr std::array<AssetMaterial, 16> s_arrMaterials = {{
     {"Rock", "env_stone", "Rock", "AAA59B"},
     {"Moss", "env_moss", "Moss", "8C9A58"},
-    {"Stone", "env_stone", "Stone", "BDB3A0"},
-    {"Masonry", "env_masonry", "Stone", "BDB3A0"},
+    {"Stone", "env_stone", "Stone", "C2B9A7"},
+    {"Masonry", "env_masonry", "Stone", "C2B9A7"},
     {"Wood", "env_wood", "Wood", "B79C7A"},
     {"Trim", "env_wood", "Trim", "917862"},
     {"Bark", "env_bark", "Bark", "948270"},
@@ -25,8 +25,8 @@ constexpr std::array<AssetMaterial, 16> s_arrMaterials = {{
     {"Leaves", "env_leaf", "Leaves", "A3B864"},
     {"LeafCards", "env_leaf_card", "Leaves", "A3B864"},
     {"Needles", "env_needle", "Leaves", "7F9A62"},
-    {"Plaster", "env_plaster", "Plaster", "E0D3B8"},
-    {"Roof", "env_shingle", "Roof", "A87458"},
+    {"Plaster", "env_plaster", "Plaster", "EFE3CA"},
+    {"Roof", "env_shingle", "Roof", "AC8672"},
     {"Metal", "env_metal", "Metal", "77777A"},
     {"Cloth", "env_cloth", "Cloth", "CDB98F"},
     {"Glow", "env_glow", "Glow", "FFDC92"},
@@ -48,11 +48,23 @@ const AssetMaterial* findAssetMaterial(std::string_view sName)
 
 std::span<const AssetSet> assetSets()
 {
-    static constexpr std::array<AssetSet, 4> s_arrSets = {{
+    static constexpr std::array<AssetSet, 16> s_arrSets = {{
         {"Data", "$GAME_DATA", "rocks", "Rocks", "Rocks", &rockModels},
         {"Data", "$GAME_DATA", "trees", "Trees", "Trees", &treeModels},
         {"Data", "$GAME_DATA", "fences", "Fences", "Fences", &fenceModels},
+        {"Data", "$GAME_DATA", "walls", "Walls", "Walls and Floors", &wallModels},
+        {"Data", "$GAME_DATA", "huts", "Huts", "Buildings", &hutModels},
+        {"Data", "$GAME_DATA", "ruins", "Ruins", "Buildings", &ruinModels},
+        {"Data", "$GAME_DATA", "lamps", "Lamps", "Lamps", &lampModels},
+        {"Data", "$GAME_DATA", "bridges", "Bridges", "Bridges", &bridgeModels},
         {"Data", "$GAME_DATA", "crates", "Crates", "Crates and Barrels", &crateModels},
+        {"Survival", "$SURVIVAL_DATA", "slate", "Rocks", "Rocks", &slateModels},
+        {"Survival", "$SURVIVAL_DATA", "autumn_trees", "Trees", "Trees", &autumnTreeModels},
+        {"Survival", "$SURVIVAL_DATA", "camp", "Camp", "Buildings", &campModels},
+        {"Survival", "$SURVIVAL_DATA", "scrap_fences", "Fences", "Fences", &scrapFenceModels},
+        {"Survival", "$SURVIVAL_DATA", "supplies", "Supplies", "Crates and Barrels", &supplyModels},
+        {"Survival", "$SURVIVAL_DATA", "camp_lamps", "Lamps", "Lamps", &campLampModels},
+        {"Survival", "$SURVIVAL_DATA", "log_bridges", "Bridges", "Bridges", &logBridgeModels},
     }};
     return s_arrSets;
 }

@@ -50,7 +50,19 @@ struct AssetSet
 [[nodiscard]] std::vector<AssetModel> rockModels();
 [[nodiscard]] std::vector<AssetModel> treeModels();
 [[nodiscard]] std::vector<AssetModel> fenceModels();
+[[nodiscard]] std::vector<AssetModel> wallModels();
+[[nodiscard]] std::vector<AssetModel> hutModels();
+[[nodiscard]] std::vector<AssetModel> ruinModels();
 [[nodiscard]] std::vector<AssetModel> crateModels();
+[[nodiscard]] std::vector<AssetModel> lampModels();
+[[nodiscard]] std::vector<AssetModel> bridgeModels();
+[[nodiscard]] std::vector<AssetModel> slateModels();
+[[nodiscard]] std::vector<AssetModel> autumnTreeModels();
+[[nodiscard]] std::vector<AssetModel> campModels();
+[[nodiscard]] std::vector<AssetModel> scrapFenceModels();
+[[nodiscard]] std::vector<AssetModel> supplyModels();
+[[nodiscard]] std::vector<AssetModel> campLampModels();
+[[nodiscard]] std::vector<AssetModel> logBridgeModels();
 
 // Shapes that several sets use
 

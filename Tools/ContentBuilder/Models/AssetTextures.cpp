@@ -67,7 +67,7 @@ Bytes paintStone(Bytes& vecNormal, Bytes& vecAsg)
             const float fGrain = fractal(u, v, 24, 3, 905, 0.6f);
             const float fStreak = fractal(u, v * 2.0f, 6, 3, 906);
             Texel texel;
-            texel.colour = tone(0.83f + 0.09f * fSoft + 0.07f * fGrain + 0.05f * fStreak - 0.2f * fCrack);
+            texel.colour = tone(0.83f + 0.09f * fSoft + 0.07f * fGrain + 0.05f * fStreak - 0.12f * fCrack);
             const float fSpot = smoothStep(0.34f, 0.46f, fractal(u, v, 9, 3, 907));
             texel.colour = mix(texel.colour, tone(0.95f), 0.35f * fSpot);
             texel.fHeight = 0.8f * fSoft + 0.5f * fGrain - 1.5f * fCrack;
@@ -104,7 +104,7 @@ Bytes paintMasonry(Bytes& vecNormal, Bytes& vecAsg)
             const float fSoft = fractal(u, v, 5, 3, 915);
             Texel texel;
             texel.colour = tone(0.80f + 0.14f * (fBlock - 0.5f) + 0.06f * fGrain + 0.05f * fSoft +
-                                0.05f * fRound - 0.26f * fJoint);
+                                0.05f * fRound - 0.17f * fJoint);
             texel.fHeight = 3.0f * fRound + 0.8f * fBlock + 0.5f * fGrain - 2.5f * fJoint;
             texel.fGloss = 0.14f;
             return texel;

@@ -3,6 +3,7 @@
 #include "Tools/ContentBuilder/ImageFile.h"
 #include "Tools/ContentBuilder/Models/AssetModels.h"
 #include "Tools/ContentBuilder/Models/AssetTextures.h"
+#include "Tools/ContentBuilder/Models/Figures.h"
 
 #include <cstdio>
 #include <fstream>
@@ -84,6 +85,34 @@ bool makeSetList(const char* pRoot, uint64_t uInputs, OutputFolder& output)
     return true;
 }
 
+bool makeFigure(const Figure& figure, uint64_t uInputs, OutputFolder& output)
+{
+    const std::string sBase = std::string("Data/") + figure.pFile;
+    std::vector<std::string> vecFiles{sBase + ".obj", sBase + ".rend"};
+    for (const PlainMaterial& material : figure.vecMaterials)
+        vecFiles.push_back(sBase + "_" + material.pName + "_dif.png");
+    if (output.isCurrent(vecFiles, uInputs))
+        return true;
+    ModelMesh mesh;
+    figure.fnMake(mesh);
+    if (!writeText(output, vecFiles[0], mesh.text()) || !writeText(output, vecFiles[1], figureText(figure)))
+        return false;
+    for (size_t u = 0; u < figure.vecMaterials.size(); ++u)
+    {
+        constexpr int s_iSide = 4;
+        std::vector<uint8_t> vecPixels;
+        for (int i = 0; i < s_iSide * s_iSide; ++i)
+        {
+            const auto& arrColour = figure.vecMaterials[u].arrColour;
+            vecPixels.insert(vecPixels.end(), {arrColour[0], arrColour[1], arrColour[2], 255});
+        }
+        if (!writeImage(output.prepare(vecFiles[u + 2]), s_iSide, s_iSide, vecPixels))
+            return false;
+    }
+    output.markMade(vecFiles, uInputs);
+    return true;
+}
+
 } // namespace
 
 std::vector<std::function<bool()>> modelJobs(uint64_t uModels, uint64_t uPictures, OutputFolder& output)
@@ -94,6 +123,8 @@ std::vector<std::function<bool()>> modelJobs(uint64_t uModels, uint64_t uPicture
                              { return makeTexture(texture, uPictures, output); });
     for (const AssetSet& set : assetSets())
         vecJobs.emplace_back([&set, uModels, &output] { return makeSet(set, uModels, output); });
+    for (const Figure& figure : figures())
+        vecJobs.emplace_back([&figure, uModels, &output] { return makeFigure(figure, uModels, output); });
     for (const char* pRoot : {"Data", "Survival"})
         vecJobs.emplace_back([pRoot, uModels, &output] { return makeSetList(pRoot, uModels, output); });
     return vecJobs;

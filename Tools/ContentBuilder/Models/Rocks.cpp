@@ -4,6 +4,7 @@
 
 #include "Tools/ContentBuilder/Noise.h"
 
+#include <algorithm>
 #include <glm/common.hpp>
 #include <glm/geometric.hpp>
 
@@ -25,7 +26,7 @@ void addRock(ModelMesh& mesh, const RockShape& shape, const glm::vec3& foot, flo
     solid.fit({-half.x, -0.04f * shape.size.y, -half.z}, half);
     solid.turnY(fDegreesY).move(foot);
 
-    const float fTile = 10.0f;
+    const float fTile = std::clamp(0.75f * std::max(shape.size.x, shape.size.y), 8.0f, 20.0f);
     const Look look{.fSmooth = 24.0f,
                     .fSoft = 0.3f,
                     .fTile = fTile,
@@ -184,6 +185,43 @@ std::vector<AssetModel> rockModels()
         cliff("env_cliff_corner_01",
               {.fWidth = 48.0f, .fHeight = 42.0f, .fDepth = 22.0f, .fBend = 80.0f, .uSeed = 23}),
         {"env_cliff_ledge_01", &makeCliffLedge, {}},
+    };
+}
+
+std::vector<AssetModel> slateModels()
+{
+    const std::map<std::string, std::string> mapSlate{{"Rock", "8B8F98"}, {"Moss", "9A8E55"}};
+    const auto slate = [&](const char* pName, const glm::vec3& size, int iLayers, uint32_t uSeed)
+    {
+        return AssetModel{
+            pName,
+            [=](ModelMesh& mesh)
+            {
+                // Plates that lie askew on each other.
+                Dice dice(uSeed);
+                for (int i = 0; i < iLayers; ++i)
+                {
+                    const float t = static_cast<float>(i) / static_cast<float>(iLayers);
+                    const float fPart = blend(1.0f, 0.55f, t) * dice.roll(0.88f, 1.05f);
+                    addRock(
+                        mesh,
+                        {.size = {size.x * fPart, size.y * 2.1f / static_cast<float>(iLayers),
+                                  size.z * fPart},
+                         .iLevel = 2,
+                         .uSeed = uSeed * 41u + static_cast<uint32_t>(i),
+                         .iCuts = 12,
+                         .fMoss = i + 1 == iLayers ? 0.5f : 0.0f},
+                        {dice.roll(-0.1f, 0.1f) * size.x, size.y * t * 0.8f, dice.roll(-0.1f, 0.1f) * size.z},
+                        dice.roll(0.0f, 360.0f));
+                }
+            },
+            mapSlate};
+    };
+    return {
+        slate("env_rock_slate_small_01", {4.6f, 2.2f, 4.0f}, 2, 91),
+        slate("env_rock_slate_medium_01", {10.0f, 6.0f, 9.0f}, 3, 92),
+        slate("env_rock_slate_large_01", {24.0f, 20.0f, 21.0f}, 5, 93),
+        slate("env_rock_slate_plate_01", {18.0f, 4.0f, 14.0f}, 2, 94),
     };
 }
 

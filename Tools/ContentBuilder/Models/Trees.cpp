@@ -426,4 +426,39 @@ std::vector<AssetModel> treeModels()
     };
 }
 
+std::vector<AssetModel> autumnTreeModels()
+{
+    const auto broad = [](const char* pName, const BroadTree& tree, const char* pLeaves) {
+        return AssetModel{pName, [=](ModelMesh& mesh) { makeBroadTree(mesh, tree); }, {{"Leaves", pLeaves}}};
+    };
+    return {
+        broad("env_tree_maple_01",
+              {.fHeight = 32.0f, .fTrunk = 11.0f, .fThick = 1.6f, .fCrown = 11.0f, .uSeed = 31}, "D69A62"),
+        broad("env_tree_maple_02",
+              {.fHeight = 27.0f,
+               .fTrunk = 9.0f,
+               .fThick = 1.2f,
+               .fCrown = 8.5f,
+               .iBalls = 5,
+               .fBall = 5.0f,
+               .uSeed = 32},
+              "C67C5C"),
+        broad("env_tree_aspen_01",
+              {.fHeight = 38.0f,
+               .fTrunk = 14.0f,
+               .fThick = 0.9f,
+               .fCrown = 6.4f,
+               .iBalls = 6,
+               .fBall = 4.0f,
+               .fTall = 1.4f,
+               .fBunch = 1.8f,
+               .pBark = "Birch",
+               .uSeed = 33},
+              "E3BC5C"),
+        {"env_bush_autumn_01",
+         [](ModelMesh& mesh) { makeBush(mesh, 4.6f, 3.8f, 3, 83); },
+         {{"Leaves", "C98A52"}}},
+    };
+}
+
 } // namespace content

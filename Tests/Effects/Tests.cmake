@@ -1,0 +1,1 @@
+qm_tests(EffectsTests Effects ROOMS KestrelCommon/Effects)

@@ -1,0 +1,1 @@
+qm_tests(ParamsTests Params ROOMS TileEditorCommon/Params)
