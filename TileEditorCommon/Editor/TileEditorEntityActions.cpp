@@ -71,14 +71,15 @@ bool TileEditor::beginTransformDrag()
 
 void TileEditor::runEntityAction(uint32_t uAction)
 {
-    const EntityCommand eCommand = entityCommandByAction(uAction);
-    if (!canRunEntityAction(uAction))
+    if (m_toolState.tool != ToolPlace)
         return;
+    const EntityCommand eCommand = entityCommandByAction(uAction);
     std::optional<glm::vec3> point;
-    if (eCommand == EntityCommand::Paste)
+    if (eCommand == EntityCommand::Paste && m_pEntityClipboard->hasThings())
         if (const auto hit = castScene(cursorRay(), {}))
             point = hit->position;
     m_pEntityCommands->run(eCommand, point);
+    // What a drag from a list was about to place is gone too.
     if (eCommand == EntityCommand::Delete && !m_toolState.noPlacement)
         endPlacement();
 }
