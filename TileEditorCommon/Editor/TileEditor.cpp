@@ -19,6 +19,9 @@
 #include "TileEditorCommon/Editor/EntityRender.h"
 #include "TileEditorCommon/Editor/GroundView.h"
 #include "TileEditorCommon/Entities/Entities.h"
+#include "TileEditorCommon/Entities/EntityClipboard.h"
+#include "TileEditorCommon/Entities/EntityCommands.h"
+#include "TileEditorCommon/Entities/EntityDrag.h"
 #include "TileEditorCommon/Entities/Gizmo.h"
 #include "TileEditorCommon/Entities/TagManager.h"
 #include "TileEditorCommon/Ground/Brush.h"
@@ -69,6 +72,7 @@ TileEditor::TileEditor(const EditorServices& services, bool bInfoBox, uint64_t u
         m_pAssetIcons = std::make_unique<AssetIcons>(*m_pEntities, *m_pIconGenerator);
     }
     m_pEntitySections = std::make_unique<EntitySections>(*m_pEntities);
+    makeEntityTools();
     m_pEntityList = std::make_unique<EntityListView>(*m_pEntities);
     m_vecLibrarySources = m_pEntities->librarySources();
     m_pDataLibrary = std::make_unique<DataLibrary>();

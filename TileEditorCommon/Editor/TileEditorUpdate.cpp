@@ -10,6 +10,7 @@
 #include "TileEditorCommon/Editor/AssetIcons.h"
 #include "TileEditorCommon/Editor/GroundView.h"
 #include "TileEditorCommon/Editor/TileEditor.h"
+#include "TileEditorCommon/Entities/EntityDrag.h"
 #include "TileEditorCommon/Ground/EditorTerrainSurface.h"
 
 namespace tilebuilder
@@ -99,6 +100,7 @@ void TileEditor::endPress()
         m_bStrokeDirty = false;
     }
     m_bStrokeActive = false;
+    m_pEntityDrag->endTransform();
     if (!m_toolState.noPlacement)
         endPlacement();
     if (m_toolState.pickState == PickConsumed)
