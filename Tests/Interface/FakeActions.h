@@ -39,6 +39,18 @@ struct FakeActions : tilebuilder::EditorActionsI
         return reinterpret_cast<const tilebuilder::Brush*>(&s_arrPlaces[uIndex]);
     }
 
+    bool bSnap = false;
+    bool bAroundOrigin = false;
+    std::vector<tilebuilder::EntityMenuItem> vecEntityMenu;
+
+    void runEntityAction(uint32_t uAction) override { note("entity " + std::to_string(uAction)); }
+    [[nodiscard]] std::vector<tilebuilder::EntityMenuItem> entityMenu() override { return vecEntityMenu; }
+    void runEntityMenu(uint32_t uCommand) override { note("command " + std::to_string(uCommand)); }
+    [[nodiscard]] bool isSnapping() const override { return bSnap; }
+    void toggleSnapping() override { bSnap = !bSnap; }
+    [[nodiscard]] bool transformsAroundOrigin() const override { return bAroundOrigin; }
+    void toggleTransformOrigin() override { bAroundOrigin = !bAroundOrigin; }
+
     void note(const std::string& sCall) { sCalls += sCall + ";"; }
 
     tilebuilder::EditorToolState& toolState() override { return state; }

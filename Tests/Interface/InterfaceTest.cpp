@@ -15,6 +15,7 @@
 #include <MyGUI_ListBox.h>
 #include <MyGUI_MenuBar.h>
 #include <MyGUI_MenuItem.h>
+#include <MyGUI_PopupMenu.h>
 #include <MyGUI_ScrollView.h>
 #include <MyGUI_Window.h>
 
@@ -122,6 +123,69 @@ TEST_F(InterfaceTest, menuOpensAndItsEntryActs)
     key(1); // escape
     settle();
     EXPECT_FALSE(pFile->getInheritedVisible());
+}
+
+TEST_F(InterfaceTest, entityMenuRunsEntriesAndBracketedMenusAlike)
+{
+    m_actions.vecEntityMenu = {{.sLabel = "Transform",
+                                .vecChildren = {{.sLabel = "[Reset ",
+                                                 .uAction = 53,
+                                                 .uCommand = 1,
+                                                 .vecChildren = {{.sLabel = "Rotation", .uCommand = 2}}}}},
+                               {.bSeparator = true},
+                               {.sLabel = "Open Prefab (a#b)", .uCommand = 8, .bEnabled = false},
+                               {.sLabel = "Delete ", .uAction = 6, .uCommand = 9}};
+    const auto open = [this]
+    {
+        m_pInterface->showEntityMenu(700, 300);
+        settle();
+        return m_pInterface->entityMenu();
+    };
+    MyGUI::PopupMenu* pMenu = open();
+    ASSERT_TRUE(pMenu && pMenu->getInheritedVisible());
+    EXPECT_EQ(pMenu->getAbsolutePosition(), MyGUI::IntPoint(700, 300));
+    ASSERT_EQ(pMenu->getItemCount(), 4u);
+    EXPECT_EQ(pMenu->getItemNameAt(2), "Open Prefab (a##b)");
+    EXPECT_EQ(pMenu->getItemNameAt(3), "Delete #BBBBBB(delete)");
+    click(pMenu->getItemAt(2));
+    EXPECT_EQ(m_actions.sCalls, "") << "greyed out";
+
+    const auto openReset = [&]
+    {
+        const MyGUI::IntCoord item = pMenu->getItemAt(0)->getAbsoluteCoord();
+        m_pGui->mouseMove(item.left + 20, item.top + 10, 0);
+        settle();
+        MyGUI::MenuControl* pTransform = pMenu->getItemChildAt(0);
+        EXPECT_TRUE(pTransform->getInheritedVisible());
+        EXPECT_TRUE(pTransform->getItemNameAt(0).asUTF8().starts_with("[Reset #BBBBBB(ctrl+r)]"));
+        return pTransform;
+    };
+    click(openReset()->getItemAt(0));
+    settle();
+    EXPECT_EQ(m_actions.sCalls, "command 1;");
+    EXPECT_FALSE(pMenu->getInheritedVisible());
+
+    m_actions.sCalls.clear();
+    pMenu = open();
+    MyGUI::MenuControl* pTransform = openReset();
+    const MyGUI::IntCoord reset = pTransform->getItemAt(0)->getAbsoluteCoord();
+    m_pGui->mouseMove(reset.left + 20, reset.top + 10, 0);
+    settle();
+    click(pTransform->getItemChildAt(0)->getItemAt(0));
+    settle();
+    EXPECT_EQ(m_actions.sCalls, "command 2;");
+    EXPECT_FALSE(pMenu->getInheritedVisible());
+    EXPECT_FALSE(m_pGui->hasKeyFocus());
+
+    m_pInterface->showEntityMenu(1275, 715); // all of it shows
+    settle();
+    pMenu = m_pInterface->entityMenu();
+    EXPECT_LE(pMenu->getAbsoluteCoord().right(), 1280);
+    EXPECT_LE(pMenu->getAbsoluteCoord().bottom(), 720);
+    click(640, 500); // beside it
+    settle();
+    EXPECT_FALSE(pMenu->getInheritedVisible());
+    EXPECT_EQ(m_actions.sCalls, "command 2;");
 }
 
 TEST_F(InterfaceTest, toolButtonsAndPanelsWriteThrough)

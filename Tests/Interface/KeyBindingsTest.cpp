@@ -111,6 +111,33 @@ TEST_F(KeyBindingsTest, toolKeysFollowTheirNumbersAndRestWhileFlying)
     EXPECT_EQ(m_actions.state.transformMode, 2);
 }
 
+TEST_F(KeyBindingsTest, entityKeysTellTheirNumbers)
+{
+    EXPECT_EQ(frame({KeyDelete}, true, false), "entity 6;") << "also while a list has the keyboard";
+    EXPECT_EQ(frame({KeyControl, 'C'}, true, false), "");
+    const std::pair<std::vector<uint32_t>, uint32_t> arrKeys[] = {
+        {{KeyControl, 'G'}, 41}, {{KeyControl, KeyShift, 'G'}, 42}, {{KeyControl, KeyShift, KeyAlt, 'G'}, 43},
+        {{KeyControl, 'H'}, 44}, {{KeyControl, KeyShift, 'H'}, 45}, {{KeyControl, 'C'}, 46},
+        {{KeyControl, 'V'}, 47}, {{KeyControl, KeyShift, 'V'}, 48}, {{KeyControl, 'T'}, 49},
+        {{KeyControl, 'Q'}, 50}, {{KeyControl, 'W'}, 51},           {{KeyControl, 'E'}, 52},
+        {{KeyControl, 'R'}, 53}, {{KeyControl, KeyShift, 'R'}, 54}, {{'U'}, 55},
+        {{KeyShift, 'U'}, 56},   {{KeyShift, KeyAlt, 'U'}, 57},     {{KeyControl, KeyShift, KeyAlt, 'U'}, 58},
+        {{KeyShift, 'C'}, 59},
+    };
+    for (const auto& [vecKeys, uAction] : arrKeys)
+    {
+        m_input.clear();
+        for (const uint32_t uKey : vecKeys)
+            down(uKey);
+        EXPECT_EQ(run(true, true, false), "entity " + std::to_string(uAction) + ";");
+    }
+    frame({'S'}, true, false);
+    frame({'X'});
+    EXPECT_TRUE(m_actions.bSnap && m_actions.bAroundOrigin);
+    frame({'X'}, true, false);
+    EXPECT_TRUE(m_actions.bAroundOrigin) << "a widget has the keyboard";
+}
+
 TEST_F(KeyBindingsTest, polledKeyIsActiveInItsFrameOnly)
 {
     frame({KeySpace});

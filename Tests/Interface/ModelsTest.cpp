@@ -286,6 +286,23 @@ TEST_F(BarModelsTest, toolButtonsShowTheToolInUse)
     EXPECT_EQ(m_actions.state.transformMode, 0);
 }
 
+TEST_F(BarModelsTest, snapAndPivotButtonsShowTheirState)
+{
+    auto vecButtons = buildToolButtons(m_actions, m_keys);
+    EXPECT_EQ(*find(vecButtons, "Snap")->colour, ToolColours::inactive);
+    EXPECT_TRUE(find(vecButtons, "Snap")->sIcon.ends_with("/ed_icon_snapoff.png"));
+    EXPECT_EQ(*find(vecButtons, "TransformMode")->colour, ToolColours::active);
+    EXPECT_TRUE(find(vecButtons, "TransformMode")->sIcon.ends_with("/ed_icon_pivotcenter.png"));
+    find(vecButtons, "Snap")->fnAction();
+    find(vecButtons, "TransformMode")->fnAction();
+    vecButtons = buildToolButtons(m_actions, m_keys);
+    EXPECT_EQ(*find(vecButtons, "Snap")->colour, ToolColours::active);
+    EXPECT_TRUE(find(vecButtons, "Snap")->sIcon.ends_with("/ed_icon_snap.png"));
+    EXPECT_EQ(*find(vecButtons, "TransformMode")->colour, ToolColours::xBright);
+    EXPECT_TRUE(find(vecButtons, "TransformMode")->sIcon.ends_with("/ed_icon_pivotexport.png"));
+    EXPECT_EQ(find(vecButtons, "Snap")->sTip, "Snap to grid #BBBBBB(s)");
+}
+
 TEST_F(BarModelsTest, rightBarNamesTheDocumentAndLeadsBack)
 {
     m_actions.vecStack = {"$CONTENT_DATA/Tiles/My #1.tile"};

@@ -2,6 +2,7 @@
 
 #include "KestrelCommon/Core/Uuid.h"
 #include "TileEditorCommon/Contracts/EditorToolState.h"
+#include "TileEditorCommon/Contracts/EntityMenuItem.h"
 #include "TileEditorCommon/Contracts/HistoryStatus.h"
 
 #include <array>
@@ -142,6 +143,22 @@ public:
     /// Hands a file or folder to the desktop's own program for it; keyed path.
     virtual void openOutside(const std::string& /*sPath*/) {}
     virtual void copyText(const std::string& /*sText*/) {}
+
+    // What is done to the selection
+
+    /// A command by its number in the table of keys; nothing outside of the entity tool or when it
+    /// can't run.
+    virtual void runEntityAction(uint32_t /*uAction*/) {}
+    [[nodiscard]] virtual bool canRunEntityAction(uint32_t /*uAction*/) const { return false; }
+    /// The right-click menu as it stands now; "Paste" goes to where the cursor points at this call.
+    [[nodiscard]] virtual std::vector<EntityMenuItem> entityMenu() { return {}; }
+    /// An entry's command, while its condition holds.
+    virtual void runEntityMenu(uint32_t /*uCommand*/) {}
+    [[nodiscard]] virtual bool isSnapping() const { return false; }
+    virtual void toggleSnapping() {}
+    /// Whether things turn and grow around their model's own origin, else around their middle.
+    [[nodiscard]] virtual bool transformsAroundOrigin() const { return false; }
+    virtual void toggleTransformOrigin() {}
 
     // Document
 

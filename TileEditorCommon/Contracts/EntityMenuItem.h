@@ -23,7 +23,7 @@ struct EntityMenuItem
     {
         std::string sText = sLabel;
         if (!sLabel.empty() && sLabel.back() == ' ')
-            sText += fnKeyText(uAction);
+            sText += uAction != 0 ? fnKeyText(uAction) : std::string();
         if (!sLabel.empty() && sLabel.front() == '[' && sLabel.back() != ']')
             sText += "]";
         return sText;

@@ -12,12 +12,16 @@
 #include "TileEditorCommon/Contracts/ChangeMask.h"
 #include "TileEditorCommon/Document/EntitySections.h"
 #include "TileEditorCommon/Document/Tile.h"
+#include "TileEditorCommon/Editor/AssetIcons.h"
 #include "TileEditorCommon/Editor/CachedTile.h"
 #include "TileEditorCommon/Editor/EntityKinds.h"
 #include "TileEditorCommon/Editor/EntityListView.h"
 #include "TileEditorCommon/Editor/EntityRender.h"
 #include "TileEditorCommon/Editor/GroundView.h"
 #include "TileEditorCommon/Entities/Entities.h"
+#include "TileEditorCommon/Entities/EntityClipboard.h"
+#include "TileEditorCommon/Entities/EntityCommands.h"
+#include "TileEditorCommon/Entities/EntityDrag.h"
 #include "TileEditorCommon/Entities/Gizmo.h"
 #include "TileEditorCommon/Entities/TagManager.h"
 #include "TileEditorCommon/Ground/Brush.h"
@@ -65,8 +69,10 @@ TileEditor::TileEditor(const EditorServices& services, bool bInfoBox, uint64_t u
     {
         m_services.pRenderer->setInstances(m_pInstanceWorld.get());
         m_pEntityRender = std::make_unique<EntityRender>(*m_services.pRenderer, Gizmo::allPaths());
+        m_pAssetIcons = std::make_unique<AssetIcons>(*m_pEntities, *m_pIconGenerator);
     }
     m_pEntitySections = std::make_unique<EntitySections>(*m_pEntities);
+    makeEntityTools();
     m_pEntityList = std::make_unique<EntityListView>(*m_pEntities);
     m_vecLibrarySources = m_pEntities->librarySources();
     m_pDataLibrary = std::make_unique<DataLibrary>();

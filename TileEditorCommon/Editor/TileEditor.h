@@ -38,12 +38,16 @@ class ClutterDatabase;
 namespace tilebuilder
 {
 
+class AssetIcons;
 struct BrushDab;
 class CollisionWorld;
 class DataLibrary;
 class EditorTerrainClutter;
 class EditorTerrainSurface;
 class Entities;
+class EntityClipboard;
+class EntityCommands;
+class EntityDrag;
 class EntityListView;
 class EntityRender;
 class EntityRenderI;
@@ -122,6 +126,14 @@ public:
 
     // EditorActionsI
 
+    void runEntityAction(uint32_t uAction) override;
+    [[nodiscard]] bool canRunEntityAction(uint32_t uAction) const override;
+    [[nodiscard]] std::vector<EntityMenuItem> entityMenu() override;
+    void runEntityMenu(uint32_t uCommand) override;
+    [[nodiscard]] bool isSnapping() const override;
+    void toggleSnapping() override;
+    [[nodiscard]] bool transformsAroundOrigin() const override;
+    void toggleTransformOrigin() override;
     [[nodiscard]] EditorToolState& toolState() override { return m_toolState; }
     void setTool(uint8_t uTool) override;
     [[nodiscard]] std::vector<BrushChoice> brushes() const override;
@@ -227,11 +239,14 @@ private:
     void placementStep();
     void placeNew(const RayHit& hit);
     void beginMiddleDrag();
+    void makeEntityTools();
+    void applyTransformDrag();
+    void drawTransformTool(EntityRenderI& render);
+    bool beginTransformDrag();
     void endPlacement();
     void clickEntities();
     void connectTo(const Entity& picked);
     void pickEntityColor(const Entity& picked);
-    void moveGridToSelection();
     void updateEntities(float dt);
 
     // Windows
@@ -273,10 +288,15 @@ private:
     std::unique_ptr<EntityRender> m_pEntityRender; ///< null without a renderer
     std::unique_ptr<Entities> m_pEntities;
     std::unique_ptr<EntitySections> m_pEntitySections;
+    std::unique_ptr<EntityDrag> m_pEntityDrag;
+    std::unique_ptr<EntityClipboard> m_pEntityClipboard;
+    std::unique_ptr<EntityCommands> m_pEntityCommands;
+    std::optional<glm::vec3> m_menuPoint;            ///< under the cursor when the right-click menu opened
     std::unique_ptr<EntityListView> m_pEntityList;
     std::vector<LibrarySourceI*> m_vecLibrarySources;
     std::unique_ptr<DataLibrary> m_pDataLibrary;
     std::unique_ptr<IconGenerator> m_pIconGenerator; ///< null without a device
+    std::unique_ptr<AssetIcons> m_pAssetIcons;       ///< null without a device
     std::unique_ptr<Tile> m_pTile;
     std::map<std::string, std::unique_ptr<CachedTile>>
         m_mapCachedTileStates;             ///< documents that were left, by path

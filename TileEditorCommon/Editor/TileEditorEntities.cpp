@@ -10,7 +10,9 @@
 #include "TileEditorCommon/Editor/Placement.h"
 #include "TileEditorCommon/Editor/TileEditor.h"
 #include "TileEditorCommon/Entities/Entities.h"
+#include "TileEditorCommon/Entities/EntityCommands.h"
 #include "TileEditorCommon/Entities/EntityCreateArgs.h"
+#include "TileEditorCommon/Entities/EntityDrag.h"
 #include "TileEditorCommon/Entities/Grid/GridEntityType.h"
 #include "TileEditorCommon/Ground/EditorTerrainSurface.h"
 
@@ -59,8 +61,10 @@ void TileEditor::updateEntityTool()
         !m_pInterface || (!m_pInterface->isMouseOverWidget() && m_pInterface->hasNoKeyFocus());
     if (!m_toolState.noPlacement)
         placementStep();
-    else if (input.buttonDown[2] && bMouseFree)
+    else if (input.buttonDown[2] && bMouseFree && !m_pEntityDrag->isDragging())
         beginMiddleDrag();
+    else
+        applyTransformDrag();
 }
 
 void TileEditor::placementStep()
@@ -130,7 +134,7 @@ void TileEditor::endPlacement()
 
 void TileEditor::clickEntities()
 {
-    if (m_toolState.placementHandle)
+    if (m_toolState.placementHandle || beginTransformDrag())
         return;
     const uint32_t uMods = m_services.pInput->mods();
     const PickRay ray = cursorRay();
@@ -206,22 +210,8 @@ void TileEditor::placeGridAtCursor()
         transform.position = glm::trunc(hit->position * s_fGridSteps) / s_fGridSteps;
         m_pEntities->placeGrid(transform);
     }
-    moveGridToSelection();
+    m_pEntityCommands->run(EntityCommand::GridToSelection);
     markInterfaceDirty(0);
-}
-
-void TileEditor::moveGridToSelection()
-{
-    const Entity grid = m_pEntities->grid();
-    const auto spanSelected = m_pEntities->selected();
-    if (!grid || spanSelected.empty())
-        return;
-    glm::vec3 sum(0.0f);
-    for (const Entity& entity : spanSelected)
-        sum += m_pEntities->pivot(entity).position;
-    Transform transform = grid.pType->getOriginTransform(grid.uId);
-    transform.position = sum / static_cast<float>(spanSelected.size());
-    m_pEntities->placeGrid(transform);
 }
 
 void TileEditor::toggleGrid()
@@ -287,7 +277,11 @@ void TileEditor::updateEntities(float dt)
     else
         m_pEntityRender->hideGrid();
     if (m_toolState.tool == ToolPlace)
+    {
         m_pEntities->drawBoxes(*m_pEntityRender);
+        if (m_toolState.noPlacement)
+            drawTransformTool(*m_pEntityRender);
+    }
     m_pEntities->drawIcons(*m_pEntityRender, m_services.pCamera->position,
                            m_pInterface ? [this](uint32_t uId) { return m_pInterface->isListed(uId); }
                                         : std::function<bool(uint32_t)>());

@@ -7,8 +7,10 @@
 #include "KestrelCommon/renderer/Renderer.h"
 #include "TileEditorCommon/Clutter/EditorTerrainClutter.h"
 #include "TileEditorCommon/Document/Tile.h"
+#include "TileEditorCommon/Editor/AssetIcons.h"
 #include "TileEditorCommon/Editor/GroundView.h"
 #include "TileEditorCommon/Editor/TileEditor.h"
+#include "TileEditorCommon/Entities/EntityDrag.h"
 #include "TileEditorCommon/Ground/EditorTerrainSurface.h"
 
 namespace tilebuilder
@@ -18,6 +20,8 @@ void TileEditor::update(float dt)
 {
     m_vecWorldLabels.clear();
     updateCatalogue();
+    if (m_pAssetIcons)
+        m_pAssetIcons->update();
     if (isDocumentOpen())
     {
         updateHistory();
@@ -96,6 +100,7 @@ void TileEditor::endPress()
         m_bStrokeDirty = false;
     }
     m_bStrokeActive = false;
+    m_pEntityDrag->endTransform();
     if (!m_toolState.noPlacement)
         endPlacement();
     if (m_toolState.pickState == PickConsumed)

@@ -263,7 +263,7 @@ void moveLastToOrigin(ArrangedThings things)
         thing.pivot.position -= shift;
 }
 
-void dropToGround(ArrangedThings things, const GroundRay& fnCastGround, bool bAlign)
+void dropToGround(ArrangedThings things, const GroundCast& fnCastGround, bool bAlign)
 {
     for (ArrangedThing& thing : things)
     {

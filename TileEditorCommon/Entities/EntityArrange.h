@@ -25,13 +25,13 @@ using ArrangedThings = std::span<ArrangedThing>;
 /// 0 to 32767.
 using RandomSource = std::function<uint32_t()>;
 
-struct GroundPoint
+struct GroundSpot
 {
     glm::vec3 position{0.0f};
     glm::vec3 normal{0.0f, 0.0f, 1.0f}; ///< of any length but 0
 };
 /// Where a segment of the world meets the ground.
-using GroundRay = std::function<std::optional<GroundPoint>(const glm::vec3& from, const glm::vec3& to)>;
+using GroundCast = std::function<std::optional<GroundSpot>(const glm::vec3& from, const glm::vec3& to)>;
 
 /// A change of the one transform.
 using TransformFunction = std::function<void(Transform&)>;
@@ -84,7 +84,7 @@ void gather(ArrangedThings things);
 /// The group shifts so that the last lands on the world's origin.
 void moveLastToOrigin(ArrangedThings things);
 /// Without ground below or above a thing it stays.
-void dropToGround(ArrangedThings things, const GroundRay& fnCastGround, bool bAlign);
+void dropToGround(ArrangedThings things, const GroundCast& fnCastGround, bool bAlign);
 
 enum class Spread : uint8_t
 {

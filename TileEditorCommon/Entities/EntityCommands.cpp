@@ -152,7 +152,6 @@ constexpr std::array<EntityCommandInfo, static_cast<size_t>(C::COUNT)> s_arrComm
     {C::PasteColors, 0, 1, Needs::CopyColors},
     {C::Replace, 48, 1, Needs::CopyThings},
     {C::Delete, 6, 1, Needs::Nothing},
-    {C::Hide, 62, 1, Needs::Nothing},
 }};
 static_assert(
     []
@@ -207,7 +206,7 @@ EntityCommand entityCommandByAction(uint32_t uAction)
 }
 
 EntityCommands::EntityCommands(Entities& entities, EntityDrag& drag, EntityClipboard& clipboard,
-                               GroundRay fnCastGround, RandomSource fnRandom)
+                               GroundCast fnCastGround, RandomSource fnRandom)
     : m_entities(entities),
       m_drag(drag),
       m_clipboard(clipboard),
@@ -274,8 +273,6 @@ void EntityCommands::run(EntityCommand eCommand, const std::optional<glm::vec3>&
         m_clipboard.replaceSelected();
     else if (eCommand == C::Delete)
         m_entities.removeSelected();
-    else if (eCommand == C::Hide)
-        m_entities.hideSelected();
     m_entities.sink().markInterfaceDirty(0);
 }
 
@@ -298,7 +295,7 @@ void EntityCommands::runArranging(const EntityCommandInfo& info)
 {
     ArrangeContext context{.fnRandom = m_fnRandom, .fnCastGround = m_fnCastGround};
     if (const Entity grid = m_entities.grid())
-        context.grid = grid.pType->getCenterTransform(grid.uId);
+        context.grid = grid.pType->getOriginTransform(grid.uId);
     if (const Transform* pCopied = m_clipboard.transform())
         context.copied = *pCopied;
     std::vector<ArrangedThing> vecThings = selectedThings();
@@ -310,7 +307,7 @@ void EntityCommands::runArranging(const EntityCommandInfo& info)
 void EntityCommands::moveGridToSelection()
 {
     const Entity grid = m_entities.grid();
-    Transform place = grid.pType->getCenterTransform(grid.uId);
+    Transform place = grid.pType->getOriginTransform(grid.uId);
     place.position = arrange::meanPivot(selectedThings());
     m_entities.placeGrid(place);
 }

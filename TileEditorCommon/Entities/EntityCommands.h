@@ -71,7 +71,6 @@ enum class EntityCommand : uint8_t
     PasteColors,
     Replace,
     Delete,
-    Hide,
     COUNT,
 };
 
@@ -81,7 +80,7 @@ struct ArrangeContext
     Transform grid;
     Transform copied;
     RandomSource fnRandom;
-    GroundRay fnCastGround;
+    GroundCast fnCastGround;
 };
 
 struct EntityCommandInfo
@@ -112,7 +111,7 @@ struct EntityCommandInfo
 class EntityCommands
 {
 public:
-    EntityCommands(Entities& entities, EntityDrag& drag, EntityClipboard& clipboard, GroundRay fnCastGround,
+    EntityCommands(Entities& entities, EntityDrag& drag, EntityClipboard& clipboard, GroundCast fnCastGround,
                    RandomSource fnRandom);
 
     /// The condition under which the menu's entry is enabled.
@@ -131,7 +130,7 @@ private:
     Entities& m_entities;
     EntityDrag& m_drag;
     EntityClipboard& m_clipboard;
-    GroundRay m_fnCastGround;
+    GroundCast m_fnCastGround;
     RandomSource m_fnRandom;
 };
 

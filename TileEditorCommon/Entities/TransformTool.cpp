@@ -13,7 +13,7 @@ namespace tilebuilder
 namespace
 {
 
-constexpr float s_fPartOfView = 0.26f;  ///< an arrow's length to half the height of the view
+constexpr float s_fPartOfView = 0.3f;   ///< an arrow's length to half the height of the view
 constexpr float s_fLeastSize = 0.01f;   ///< metres
 constexpr float s_fEndOnAxis = 0.985f;  ///< cosine to the view from which an axis is seen end-on
 constexpr float s_fEdgeOnPlane = 0.12f; ///< cosine of its normal below which a plane is seen edge-on

@@ -108,8 +108,9 @@ public:
 
 private:
     [[nodiscard]] bool isUsable(uint8_t uHandle) const;
-    void drawHandle(EntityRenderI& render, uint8_t uHandle, bool bHighlit) const;
-    void drawRingHandle(EntityRenderI& render, int iAxis, bool bHighlit) const;
+    struct Look;
+    void drawHandle(EntityRenderI& render, uint8_t uHandle, const Look& look) const;
+    void drawRingHandle(EntityRenderI& render, int iAxis, const Look& look) const;
 
     [[nodiscard]] std::optional<float> alongLine(const glm::vec3& origin, const glm::vec3& direction,
                                                  const ToolRay& ray) const;

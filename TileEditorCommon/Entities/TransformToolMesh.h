@@ -16,12 +16,12 @@ namespace ToolShape
 {
 inline constexpr float barStart = 0.14f;
 inline constexpr float barEnd = 0.8f;
-inline constexpr float barRadius = 0.016f;
+inline constexpr float barRadius = 0.018f;
 inline constexpr float coneRadius = 0.065f;
 inline constexpr float planeNear = 0.3f; ///< a plane's square begins here on both axes
 inline constexpr float planeFar = 0.54f;
 inline constexpr float ringRadius = 0.86f;
-inline constexpr float ringWidth = 0.034f;
+inline constexpr float ringWidth = 0.036f;
 inline constexpr float cubeMiddle = 0.88f;
 inline constexpr float cubeHalf = 0.06f;
 inline constexpr float grip = 0.055f; ///< half the thickness of what the mouse can take

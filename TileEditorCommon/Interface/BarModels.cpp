@@ -188,9 +188,13 @@ std::vector<MenuEntry> buildToolButtons(EditorActionsI& actions, const KeyBindin
             [&actions, uTool] { actions.setTool(uTool); });
     };
 
-    add("Snap", "ed_icon_snapoff.png", "Snap to grid ", ActionSnap, ToolColours::inactive, false, {});
-    add("TransformMode", "ed_icon_pivotcenter.png", "Transform around origin ", ActionPivot,
-        ToolColours::active, false, {});
+    const bool bSnap = actions.isSnapping();
+    add("Snap", bSnap ? "ed_icon_snap.png" : "ed_icon_snapoff.png", "Snap to grid ", ActionSnap,
+        bSnap ? ToolColours::active : ToolColours::inactive, false, [&actions] { actions.toggleSnapping(); });
+    const bool bOrigin = actions.transformsAroundOrigin();
+    add("TransformMode", bOrigin ? "ed_icon_pivotexport.png" : "ed_icon_pivotcenter.png",
+        "Transform around origin ", ActionPivot, bOrigin ? ToolColours::xBright : ToolColours::active, false,
+        [&actions] { actions.toggleTransformOrigin(); });
     addMode("Translate", "ed_icon_translate.png", "Translate ", ActionTranslate, ToolColours::xBright, 0);
     addMode("Rotate", "ed_icon_rotate.png", "Rotate ", ActionRotate, ToolColours::yBright, 1);
     addMode("Scale", "ed_icon_scale.png", "Scale ", ActionScale, ToolColours::zBright, 2);

@@ -3,6 +3,7 @@
 #include "KestrelCommon/Platform/VirtualKeys.h"
 #include "TileEditorCommon/Contracts/EditorActionsI.h"
 #include "TileEditorCommon/Contracts/EditorInterfaceI.h"
+#include "TileEditorCommon/Interface/EntityBindings.h"
 #include "TileEditorCommon/Interface/KeyBindings.h"
 
 namespace tilebuilder
@@ -111,11 +112,9 @@ void bindEditorActions(KeyBindings& keys, EditorActionsI& actions, EditorInterfa
     bindInView(ActionCharacter, KeySpace, [&actions] { actions.placeCharacterAtCursor(); });
     bindInView(ActionMoveGrid, 'G', [&actions] { actions.placeGridAtCursor(); });
     keys.bind(ActionToggleGrid, whenFree('G', ModShift, [&actions] { actions.toggleGrid(); }));
-    // Shown in menus and tips; what they act on isn't there yet.
-    keys.bind(ActionSnap, always('S', 0, {}));
-    keys.bind(ActionPivot, whenFree('X', 0, {}));
     keys.bind(ActionOutliner, whenFree('O', ModShift, [&windows] { windows.toggleOutliner(); }));
     keys.bind(ActionHide, whenFree('H', 0, [&actions] { actions.hideSelection(); }));
+    bindEntityActions(keys, actions);
     bindTools(keys, actions);
     bindWheels(keys, actions);
 }

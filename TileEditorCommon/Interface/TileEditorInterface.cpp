@@ -12,6 +12,7 @@
 #include "TileEditorCommon/Interface/ClutterPanel.h"
 #include "TileEditorCommon/Interface/ColorWindow.h"
 #include "TileEditorCommon/Interface/EditorBindings.h"
+#include "TileEditorCommon/Interface/EntityContextMenu.h"
 #include "TileEditorCommon/Interface/FileNameRule.h"
 #include "TileEditorCommon/Interface/GroundMaterialWindow.h"
 #include "TileEditorCommon/Interface/HeightPanel.h"
@@ -93,6 +94,7 @@ struct TileEditorInterface::Face
     std::unique_ptr<HeightPanel> pHeightPanel;
     std::unique_ptr<ClutterPanel> pClutterPanel;
     std::unique_ptr<TileSettingsWindow> pTileSettingsWindow;
+    std::unique_ptr<EntityContextMenu> pEntityMenu;
     WorldLabels worldLabels;
 
     explicit Face(const InterfaceParts& parts, TileEditorInterface& owner);
@@ -128,11 +130,13 @@ TileEditorInterface::Face::Face(const InterfaceParts& parts, TileEditorInterface
     if (parts.bInfoBox)
         pInfoBox = findTop<MyGUI::TextBox>(vecMainWidgets, "InfoBox");
     makeBars(parts, owner);
+    pEntityMenu = std::make_unique<EntityContextMenu>(parts.actions, parts.keys);
     place();
 }
 
 TileEditorInterface::Face::~Face()
 {
+    pEntityMenu.reset();
     pLeftMenuBar.reset();
     pCenterMenuBar.reset();
     pRightMenuBar.reset();
@@ -502,6 +506,17 @@ void TileEditorInterface::updateOverlay(uint32_t uFrames, double fCpuMs, double 
     const MyGUI::IntSize text = m_pFace->pInfoBox->getTextSize();
     m_pFace->pInfoBox->setSize(std::max(m_pFace->pInfoBox->getWidth(), text.width + px(2 * s_iInfoPadding)),
                                text.height + px(2 * s_iInfoPadding - 4));
+}
+
+void TileEditorInterface::showEntityMenu(int iX, int iY)
+{
+    if (m_pFace)
+        m_pFace->pEntityMenu->show(iX, iY);
+}
+
+MyGUI::PopupMenu* TileEditorInterface::entityMenu() const
+{
+    return m_pFace ? m_pFace->pEntityMenu->menu() : nullptr;
 }
 
 void TileEditorInterface::refresh(uint32_t uMask)

@@ -3,6 +3,7 @@
 #include "MyGuiCommon/GuiSystemManager.h"
 #include "TileEditorCommon/Contracts/EditorInterfaceI.h"
 
+#include <MyGUI_Prerequest.h>
 #include <functional>
 #include <memory>
 #include <string>
@@ -48,6 +49,9 @@ public:
 
     void showHelpWindow();
 
+    /// The right-click menu, null before it first opened; for tests.
+    [[nodiscard]] MyGUI::PopupMenu* entityMenu() const;
+
     /// What the colour editor shows.
     [[nodiscard]] std::array<float, 4> editorColor() const;
 
@@ -69,6 +73,7 @@ public:
     [[nodiscard]] bool isOutlinerVisible() const override { return m_bOutliner; }
     [[nodiscard]] bool isListed(uint32_t uEntityId) const override;
     void onContentChanged() override;
+    void showEntityMenu(int iX, int iY) override;
     void refresh(uint32_t uMask) override;
     void showMessage(std::string_view sTitle, std::string_view sText) override;
     void askYesNo(std::string_view sTitle, std::string_view sText, std::function<void()> onYes) override;
