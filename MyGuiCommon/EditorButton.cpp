@@ -65,6 +65,8 @@ void EditorButton::placeIcon()
     const int iSize = GuiMetrics::px(s_iIconSize);
     const int iTop = (getHeight() - iSize) / 2;
     const bool bAlone = getCaption().empty();
+    if (!bAlone)
+        setTextAlign(MyGUI::Align::Right | MyGUI::Align::VCenter); // clear of the icon
     m_pIcon->setAlign(bAlone ? MyGUI::Align::Center : MyGUI::Align::Left | MyGUI::Align::VCenter);
     m_pIcon->setCoord(bAlone ? (getWidth() - iSize) / 2 : GuiMetrics::px(4), iTop, iSize, iSize);
 }

@@ -5,6 +5,7 @@
 #include "KestrelCommon/Platform/VirtualKeys.h"
 
 #include <SDL.h>
+#include <cctype>
 #include <cstdlib>
 
 namespace
@@ -398,6 +399,27 @@ std::string Window::clipboardText()
 void Window::setClipboardText(const std::string& sText)
 {
     SDL_SetClipboardText(sText.c_str());
+}
+
+bool Window::openOutside(const std::string& sPath)
+{
+    // What has a meaning of its own in a URL is written as a number.
+    std::string sUrl = "file://";
+    for (const char c : sPath)
+        if (std::string_view("/-_.~").find(c) != std::string_view::npos ||
+            std::isalnum(static_cast<unsigned char>(c)))
+            sUrl += c;
+        else
+        {
+            constexpr std::string_view s_sDigits = "0123456789ABCDEF";
+            sUrl += '%';
+            sUrl += s_sDigits[static_cast<unsigned char>(c) >> 4];
+            sUrl += s_sDigits[static_cast<unsigned char>(c) & 15];
+        }
+    if (SDL_OpenURL(sUrl.c_str()) == 0)
+        return true;
+    QM_LOG_ERROR("Failed to open '", sPath, "': ", SDL_GetError());
+    return false;
 }
 
 bool Window::makeCurrent()

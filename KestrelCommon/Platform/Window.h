@@ -78,6 +78,10 @@ public:
     [[nodiscard]] static std::string clipboardText();
     static void setClipboardText(const std::string& sText);
 
+    /// Hands a file or folder to the desktop's own program for it; absolute path. False with a line when
+    /// there is none.
+    static bool openOutside(const std::string& sPath);
+
     // OpenGL
 
     /// False with one error line when the context can't be bound.

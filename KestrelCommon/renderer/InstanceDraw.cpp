@@ -209,6 +209,8 @@ const InstanceDraw::Mesh& InstanceDraw::meshOf(const InstanceWorld& world, uint3
 
 void InstanceDraw::countTriangles(const InstanceWorld& world)
 {
+    if (std::exchange(m_uWorld, world.id()) != world.id())
+        m_vecTriangles.clear();
     for (size_t uKind = m_vecTriangles.size(); uKind < world.kinds().size(); ++uKind)
     {
         const resource::Renderable* pRenderable = world.renderable(world.kinds()[uKind].uRenderable);

@@ -55,7 +55,7 @@ private:
     };
     struct Mesh
     {
-        uint32_t uGeneration = 0; ///< 0: not made
+        uint32_t uGeneration = 0; ///< of the renderable; 0: not made
         BufferHandle vertices;
         BufferHandle indices;
         std::vector<Part> vecParts;
@@ -88,6 +88,7 @@ private:
     TextureHandle m_matt;
     std::vector<Mesh> m_vecMeshes;            ///< by renderable
     std::vector<uint32_t> m_vecTriangles;     ///< by kind
+    uint32_t m_uWorld = 0;                    ///< whose kinds they are
     std::vector<TextureHandle> m_vecTextures; ///< of files, each once
     TargetHandle m_mask;
     int m_iMaskWidth = 0;

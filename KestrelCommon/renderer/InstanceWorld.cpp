@@ -3,6 +3,7 @@
 #include "KestrelCommon/Core/Assert.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <glm/common.hpp>
 #include <glm/geometric.hpp>
@@ -64,6 +65,12 @@ Aabb movedBox(const Aabb& box, const std::array<glm::vec4, 3>& arrRows)
     return moved;
 }
 
+uint32_t InstanceWorld::uniqueNumber()
+{
+    static std::atomic<uint32_t> s_uLast = 0;
+    return ++s_uLast;
+}
+
 uint32_t InstanceWorld::addRenderable(std::shared_ptr<const resource::Renderable> pRenderable)
 {
     uint32_t uRenderable = static_cast<uint32_t>(m_vecRenderables.size());
@@ -76,7 +83,7 @@ uint32_t InstanceWorld::addRenderable(std::shared_ptr<const resource::Renderable
     }
     RenderableEntry& entry = m_vecRenderables[uRenderable];
     entry.pRenderable = std::move(pRenderable);
-    ++entry.uGeneration;
+    entry.uGeneration = uniqueNumber();
     return uRenderable;
 }
 
@@ -88,7 +95,7 @@ void InstanceWorld::removeRenderable(uint32_t uRenderable)
     if (!QM_ASSERT(entry.uInstances == 0 && entry.vecHighlights.empty()))
         return;
     // The kinds stay behind, unused: they are few.
-    entry = {.pRenderable = nullptr, .uGeneration = entry.uGeneration};
+    entry = {};
     m_vecFreeRenderables.push_back(uRenderable);
 }
 

@@ -72,8 +72,8 @@ public:
     /// Null for a number that isn't in use.
     [[nodiscard]] const resource::Renderable* renderable(uint32_t uRenderable) const;
     [[nodiscard]] size_t renderableCount() const { return m_vecRenderables.size(); }
-    /// Of the renderable's numbers and of how often each was given anew; what was made from a renderable
-    /// of another generation is stale.
+    /// Another one for every renderable that was ever added to any world: what was made from one of
+    /// another generation is stale. 0 for a number that isn't in use.
     [[nodiscard]] uint32_t generation(uint32_t uRenderable) const;
 
     // Instances
@@ -105,6 +105,8 @@ public:
     void sortCells();
     [[nodiscard]] std::span<const std::unique_ptr<InstanceCell>> cells() const { return m_vecCells; }
     [[nodiscard]] std::span<const InstanceKind> kinds() const { return m_vecKinds; }
+    /// Differs from that of any other world.
+    [[nodiscard]] uint32_t id() const { return m_uId; }
     /// Differs after each change.
     [[nodiscard]] uint64_t revision() const { return m_uRevision; }
 
@@ -127,6 +129,7 @@ private:
         uint32_t uNextPage = s_uNone; ///< record of the instance's next four colours
     };
 
+    static uint32_t uniqueNumber();
     void ensureKinds(RenderableEntry& entry, uint32_t uRenderable);
     [[nodiscard]] uint32_t cellAt(const glm::vec3& position);
     uint32_t takeRecord();
@@ -143,6 +146,7 @@ private:
     std::unordered_map<GroupKey, uint32_t, GroupKeyHash> m_mapCells;
     size_t m_uHighlights = 0;
     uint64_t m_uRevision = 0;
+    uint32_t m_uId = uniqueNumber();
 };
 
 } // namespace rend

@@ -207,6 +207,23 @@ void Renderer::render(TargetHandle target, int iWidth, int iHeight, const SceneV
     m_device.endPass();
 }
 
+bool Renderer::renderObjects(TargetHandle target, int iWidth, int iHeight, const SceneView& view,
+                             InstanceWorld& world)
+{
+    if (!m_pObjectDraw)
+    {
+        m_pObjectDraw = std::make_unique<InstanceDraw>(m_device, m_resources);
+        m_pObjectDraw->init();
+    }
+    updateFrameBuffer(iWidth, iHeight, view);
+    m_device.beginPass(target, {.arrColour = {0.0f, 0.0f, 0.0f, 0.0f}});
+    m_device.setUniformBuffer(s_uFrameSlot, m_frameBuffer);
+    m_pObjectDraw->draw(
+        world, {.viewProjection = view.projection * view.view, .eye = glm::vec3(glm::inverse(view.view)[3])});
+    m_device.endPass();
+    return m_resources.loadingCount() == 0;
+}
+
 void Renderer::renderWindow(int iWidth, int iHeight, const SceneView& view)
 {
     m_pClutterDraw->prepare(*m_pCullingGroups);

@@ -81,6 +81,11 @@ public:
     /// lines and icons come on top of it.
     void render(TargetHandle target, int iWidth, int iHeight, const SceneView& view);
 
+    /// Draws the objects of a world alone over the whole target, whose ground stays clear with alpha 0.
+    /// Leaves no pass open. False: textures of theirs are still on their way; what can be drawn is.
+    bool renderObjects(TargetHandle target, int iWidth, int iHeight, const SceneView& view,
+                       InstanceWorld& world);
+
 private:
     void updateFrameBuffer(int iWidth, int iHeight, const SceneView& view);
     void renderWindow(int iWidth, int iHeight, const SceneView& view);
@@ -102,6 +107,7 @@ private:
     std::unique_ptr<ClutterDraw> m_pClutterDraw;
     std::unique_ptr<InstanceDraw> m_pInstanceDraw;
     InstanceWorld* m_pInstances = nullptr;
+    std::unique_ptr<InstanceDraw> m_pObjectDraw; ///< of renderObjects(); made on first use
     RenderSettings m_settings;
     SceneMode m_eSceneMode = SceneMode::GroundTile;
     std::array<float, 3> m_arrDistances{10000.0f, 400.0f, 10000.0f};

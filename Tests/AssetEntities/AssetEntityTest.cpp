@@ -5,6 +5,7 @@
 #include "Tests/AssetEntities/AssetWorld.h"
 #include "TileEditorCommon/Contracts/ChangeMask.h"
 #include "TileEditorCommon/Contracts/PropertyPanelI.h"
+#include "TileEditorCommon/Entities/Asset/AssetLibrarySource.h"
 #include "TileEditorCommon/Entities/Asset/AssetRecords.h"
 
 #include <gmock/gmock.h>
@@ -315,6 +316,49 @@ TEST_F(AssetEntityTest, coloursAreEditedPickedAndDrawn)
     m_world.m_entities.removeEntity(rock, false);
     panel.m_vecSwatches[1].onEdit({0, 0, 0, 0}, EditPhase::Finished);
     EXPECT_FALSE(type.exists(rock.uId));
+}
+
+TEST_F(AssetEntityTest, libraryListsWhatIsShownAndAsksForPicturesOnce)
+{
+    m_world.m_directories.addKey("$CACHE_DATA", (m_world.m_folder.path() / "Cache").string());
+    m_world.write("Data/rock.mesh", "");
+    m_world.start();
+    AssetLibrarySource source(*m_world.m_pType);
+    std::vector<std::vector<std::string>> vecAsked;
+    source.setIconMaker([&](const Uuid&, const std::vector<std::string>& vecPaths)
+                        { vecAsked.push_back(vecPaths); });
+    std::vector<LibraryItem> vecItems;
+    source.listItems(vecItems);
+    ASSERT_EQ(vecItems.size(), 2u); // no ghost
+    EXPECT_EQ(vecItems[0].sName, "Rock");
+    EXPECT_EQ(vecItems[0].sContent, "$GAME_DATA");
+    EXPECT_THAT(vecItems[0].vecCategories, ElementsAre("Nature", "Rocks"));
+    EXPECT_EQ(source.placement(vecItems[0]).uuid, m_world.uuid(1));
+    EXPECT_EQ(source.menu(vecItems[1])[0].sPath, "$GAME_DATA/posts.json");
+    EXPECT_EQ(source.tip(vecItems[0])[3].sValue, "Nature, Rocks");
+
+    const std::string sIcon = "/" + AssetWorld::text(1) + ".png";
+    EXPECT_EQ(source.iconPath(vecItems[0]), "");
+    EXPECT_EQ(source.iconPath(vecItems[0]), "");
+    ASSERT_EQ(vecAsked.size(), 1u);
+    EXPECT_THAT(vecAsked[0], ElementsAre("$GAME_DATA/Icons" + sIcon, "$CACHE_DATA/Icons" + sIcon));
+    const uint64_t uRevision = source.iconRevision();
+    source.onIconMade(m_world.uuid(1), "$CACHE_DATA/Icons" + sIcon);
+    EXPECT_NE(source.iconRevision(), uRevision);
+    EXPECT_EQ(source.iconPath(vecItems[0]), "$CACHE_DATA/Icons" + sIcon);
+
+    // In another run: one of the cache counts while it isn't older than what it shows.
+    m_world.write("Cache/Icons" + sIcon, "picture");
+    EXPECT_EQ(AssetLibrarySource(*m_world.m_pType).iconPath(vecItems[0]), "$CACHE_DATA/Icons" + sIcon);
+    const auto later = std::filesystem::file_time_type::clock::now() + std::chrono::hours(1);
+    std::filesystem::last_write_time(m_world.m_folder.path() / "Data/rock.rend", later);
+    EXPECT_EQ(AssetLibrarySource(*m_world.m_pType).iconPath(vecItems[0]), "");
+    m_world.write("Data/Icons" + sIcon, "the list's own");
+    EXPECT_EQ(AssetLibrarySource(*m_world.m_pType).iconPath(vecItems[0]), "$GAME_DATA/Icons" + sIcon);
+    LibraryItem unknown;
+    unknown.uuid = m_world.uuid(99);
+    EXPECT_EQ(source.iconPath(unknown), "");
+    EXPECT_EQ(source.placement(unknown).eType, EntityTypeId_COUNT);
 }
 
 TEST_F(AssetEntityTest, clonesAndHighlightsFollowTheirEntities)

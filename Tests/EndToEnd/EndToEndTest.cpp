@@ -108,7 +108,7 @@ TEST(EndToEnd, theBatchNeedsNoDisplay)
     TempFolder folder;
     const std::string sGame = folder.text() + "/game";
     std::filesystem::create_directories(sGame + "/Data/Terrain");
-    for (const char* pPart : {"Gui", "Shaders", "Textures", "Terrain/Materials", "Terrain/Database"})
+    for (const char* pPart : {"Gui", "Shaders", "Textures", "Terrain/Materials", "Terrain/Database", "Environment"})
         std::filesystem::copy(std::string(QM_GAME_DIR "/Data/") + pPart, sGame + "/Data/" + pPart,
                               std::filesystem::copy_options::recursive);
     const std::string sTile = sGame + "/Data/Meadow.tile";

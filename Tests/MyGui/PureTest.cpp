@@ -177,4 +177,21 @@ TEST(NumberTextTest, onlyWholeNumbersOfThisWorldAreTaken)
         EXPECT_EQ(NumberText::parse(pText), std::nullopt) << pText;
 }
 
+TEST(GuiTextTest, theMiddleGoesWhereNamesDifferAtTheirEnds)
+{
+    const auto measure = [](std::string_view sPart)
+    {
+        int iWidth = 0;
+        for (const char c : sPart)
+            iWidth += (static_cast<unsigned char>(c) & 0xC0) != 0x80 ? 10 : 0;
+        return iWidth;
+    };
+    EXPECT_EQ(GuiText::shortenMiddle("rock_01", 70, measure), "rock_01");
+    EXPECT_EQ(GuiText::shortenMiddle("rock_granite_01", 70, measure), "ro\xE2\x80\xA6"
+                                                                      "e_01");
+    EXPECT_EQ(GuiText::shortenMiddle("\xC3\xA4\xC3\xB6\xC3\xBC\xC3\x9F", 30, measure),
+              "\xE2\x80\xA6\xC3\xBC\xC3\x9F");
+    EXPECT_EQ(GuiText::shortenMiddle("abc", 5, measure), "\xE2\x80\xA6");
+}
+
 } // namespace

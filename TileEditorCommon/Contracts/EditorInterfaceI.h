@@ -22,6 +22,8 @@ public:
     [[nodiscard]] virtual bool hasNoKeyFocus() const = 0;
     /// The mouse is over a widget.
     [[nodiscard]] virtual bool isMouseOverWidget() const = 0;
+    /// A window lies under the cursor, even while a widget elsewhere holds the mouse.
+    [[nodiscard]] virtual bool isOverWindow() const { return false; }
     /// The key focus is on an edit box.
     [[nodiscard]] virtual bool isEditing() const = 0;
 

@@ -7,12 +7,15 @@
 #include "KestrelCommon/renderer/Camera.h"
 #include "KestrelCommon/renderer/InstanceWorld.h"
 #include "KestrelCommon/renderer/Renderer.h"
+#include "TileEditorCommon/Catalogue/DataLibrary.h"
 #include "TileEditorCommon/Clutter/EditorTerrainClutter.h"
 #include "TileEditorCommon/Contracts/ChangeMask.h"
 #include "TileEditorCommon/Document/EntitySections.h"
 #include "TileEditorCommon/Document/Tile.h"
+#include "TileEditorCommon/Editor/AssetIcons.h"
 #include "TileEditorCommon/Editor/CachedTile.h"
 #include "TileEditorCommon/Editor/EntityKinds.h"
+#include "TileEditorCommon/Editor/EntityListView.h"
 #include "TileEditorCommon/Editor/EntityRender.h"
 #include "TileEditorCommon/Editor/GroundView.h"
 #include "TileEditorCommon/Entities/Entities.h"
@@ -66,15 +69,21 @@ TileEditor::TileEditor(const EditorServices& services, bool bInfoBox, uint64_t u
     {
         m_services.pRenderer->setInstances(m_pInstanceWorld.get());
         m_pEntityRender = std::make_unique<EntityRender>(*m_services.pRenderer, Gizmo::allPaths());
+        m_pAssetIcons = std::make_unique<AssetIcons>(*m_pEntities, *m_pIconGenerator);
     }
     m_pEntitySections = std::make_unique<EntitySections>(*m_pEntities);
     makeEntityTools();
+    m_pEntityList = std::make_unique<EntityListView>(*m_pEntities);
+    m_vecLibrarySources = m_pEntities->librarySources();
+    m_pDataLibrary = std::make_unique<DataLibrary>();
+    startCatalogue();
     m_toolState.tool = ToolPlace;
     newTile(1);
 }
 
 TileEditor::~TileEditor()
 {
+    m_pDataLibrary->shutdown();
     closeDocument();
     m_mapCachedTileStates.clear();
     if (m_services.pRenderer)

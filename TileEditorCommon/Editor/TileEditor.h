@@ -38,14 +38,17 @@ class ClutterDatabase;
 namespace tilebuilder
 {
 
+class AssetIcons;
 struct BrushDab;
 class CollisionWorld;
+class DataLibrary;
 class EditorTerrainClutter;
 class EditorTerrainSurface;
 class Entities;
 class EntityClipboard;
 class EntityCommands;
 class EntityDrag;
+class EntityListView;
 class EntityRender;
 class EntityRenderI;
 class EntitySections;
@@ -142,6 +145,16 @@ public:
                         ColorCallback onPicked) override;
     void changeColor(const ColorRgba& color) override;
     [[nodiscard]] std::vector<std::string> clutterNames() const override;
+    [[nodiscard]] EntityListI* entities() override;
+    [[nodiscard]] std::span<LibrarySourceI* const> librarySources() override;
+    [[nodiscard]] std::vector<LibraryContent> libraryContents() const override;
+    void beginPlacement(const LibraryPlacement& placement) override;
+    void hideSelection() override;
+    void showHidden() override;
+    [[nodiscard]] bool isOriginShown() const override { return m_bShowOrigin; }
+    void toggleOrigin() override;
+    void openOutside(const std::string& sPath) override;
+    void copyText(const std::string& sText) override;
     [[nodiscard]] bool isDocumentOpen() const override;
     [[nodiscard]] std::string documentName() const override;
     [[nodiscard]] std::string documentDirectory() const override;
@@ -236,6 +249,12 @@ private:
     void pickEntityColor(const Entity& picked);
     void updateEntities(float dt);
 
+    // Windows
+
+    void startCatalogue();
+    void updateCatalogue();
+    void drawOrigin(EntityRenderI& render) const;
+
     // Documents
 
     [[nodiscard]] std::unique_ptr<Tile> makeTile();
@@ -273,7 +292,11 @@ private:
     std::unique_ptr<EntityClipboard> m_pEntityClipboard;
     std::unique_ptr<EntityCommands> m_pEntityCommands;
     std::optional<glm::vec3> m_menuPoint;            ///< under the cursor when the right-click menu opened
+    std::unique_ptr<EntityListView> m_pEntityList;
+    std::vector<LibrarySourceI*> m_vecLibrarySources;
+    std::unique_ptr<DataLibrary> m_pDataLibrary;
     std::unique_ptr<IconGenerator> m_pIconGenerator; ///< null without a device
+    std::unique_ptr<AssetIcons> m_pAssetIcons;       ///< null without a device
     std::unique_ptr<Tile> m_pTile;
     std::map<std::string, std::unique_ptr<CachedTile>>
         m_mapCachedTileStates;             ///< documents that were left, by path
@@ -285,6 +308,7 @@ private:
     bool m_bGroundOpen = false;  ///< surface and clutter are live
     bool m_bObjectsOpen = false; ///< the document has entities
     bool m_bRunning = true;
+    bool m_bShowOrigin = false;
 
     std::vector<WorldLabel> m_vecWorldLabels; ///< of this frame
     StrokeClock m_strokeClock;

@@ -69,6 +69,9 @@ void TileEditor::updateEntityTool()
 
 void TileEditor::placementStep()
 {
+    // What is dragged out of a window isn't there before it has left it.
+    if (m_pInterface && m_pInterface->isOverWindow())
+        return;
     std::unordered_set<uint32_t> setIgnored = m_toolState.placementIds;
     setIgnored.insert(m_toolState.placementHandle.uId);
     const auto hit = castScene(cursorRay(), setIgnored);
@@ -263,6 +266,8 @@ void TileEditor::updateEntities(float dt)
     m_pEntities->update(dt);
     if (!m_pEntityRender)
         return;
+    if (m_bShowOrigin)
+        drawOrigin(*m_pEntityRender);
     if (const Entity grid = m_pEntities->grid())
     {
         const GridLook look =

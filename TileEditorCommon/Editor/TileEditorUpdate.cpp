@@ -7,6 +7,7 @@
 #include "KestrelCommon/renderer/Renderer.h"
 #include "TileEditorCommon/Clutter/EditorTerrainClutter.h"
 #include "TileEditorCommon/Document/Tile.h"
+#include "TileEditorCommon/Editor/AssetIcons.h"
 #include "TileEditorCommon/Editor/GroundView.h"
 #include "TileEditorCommon/Editor/TileEditor.h"
 #include "TileEditorCommon/Entities/EntityDrag.h"
@@ -18,6 +19,9 @@ namespace tilebuilder
 void TileEditor::update(float dt)
 {
     m_vecWorldLabels.clear();
+    updateCatalogue();
+    if (m_pAssetIcons)
+        m_pAssetIcons->update();
     if (isDocumentOpen())
     {
         updateHistory();

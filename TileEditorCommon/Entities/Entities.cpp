@@ -42,6 +42,16 @@ void Entities::addKind(EntityKind&& kind)
     m_arrKinds[eId] = std::move(kind);
 }
 
+std::vector<LibrarySourceI*> Entities::librarySources() const
+{
+    std::vector<LibrarySourceI*> vecSources;
+    for (const EntityTypeId eId : {EntityTypeId_Asset, EntityTypeId_Harvestable, EntityTypeId_Decal,
+                                   EntityTypeId_Blueprint, EntityTypeId_Prefab, EntityTypeId_Node})
+        for (const std::unique_ptr<LibrarySourceI>& pSource : m_arrKinds[eId].vecLibrary)
+            vecSources.push_back(pSource.get());
+    return vecSources;
+}
+
 const EntityRecordsI* Entities::records(tile::SectionGroup eGroup) const
 {
     return m_arrRecords[static_cast<size_t>(eGroup)];
@@ -66,6 +76,7 @@ void Entities::closeTile()
 void Entities::clear()
 {
     m_uNextEntityId = 1;
+    ++m_uGeneration;
     m_uNextPrefabSlot = 1;
     clearSelection();
     for (const Entity& entity : m_vecEntities)

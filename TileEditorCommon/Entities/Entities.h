@@ -2,6 +2,7 @@
 
 #include "TileEditorCommon/Contracts/Entity.h"
 #include "TileEditorCommon/Contracts/EntityTraits.h"
+#include "TileEditorCommon/Contracts/LibrarySourceI.h"
 #include "TileEditorCommon/Entities/CellIndex.h"
 #include "TileEditorCommon/Entities/EntityColorsI.h"
 #include "TileEditorCommon/Entities/EntityHostI.h"
@@ -32,8 +33,9 @@ struct EntityKind
     EntityColorsI* pColors = nullptr; ///< null: its instances have none; often the type itself
     /// Fills in what a drag from a list places; false: nothing can be placed, reported. Empty: never.
     std::function<bool(const EditorToolState&, EntityCreateArgs&)> fnFillPlacement;
-    std::function<bool(uint32_t uId)> fnLocked;           ///< empty: all can be picked and selected
-    std::function<void(uint32_t uId, bool bShow)> fnShow; ///< takes its look out of the view and back
+    std::function<bool(uint32_t uId)> fnLocked;              ///< empty: all can be picked and selected
+    std::function<void(uint32_t uId, bool bShow)> fnShow;    ///< takes its look out of the view and back
+    std::vector<std::unique_ptr<LibrarySourceI>> vecLibrary; ///< what of it can be placed, in order
 };
 
 /// What the container must know of the open document.
@@ -61,6 +63,8 @@ public:
 
     /// Takes a kind into its slot; each kind once, before any document is open.
     void addKind(EntityKind&& kind);
+    /// What can be placed, in the order of the asset library.
+    [[nodiscard]] std::vector<LibrarySourceI*> librarySources() const;
     /// Null for a kind that isn't there.
     [[nodiscard]] EntityTypeI* type(EntityTypeId eId) const { return m_arrKinds[eId].pType.get(); }
     [[nodiscard]] const EntityRecordsI* records(tile::SectionGroup eGroup) const;
@@ -108,6 +112,8 @@ public:
     /// references, too.
     [[nodiscard]] std::vector<Entity> entitiesOfType(std::span<const Entity> spanEntities, EntityTypeId eId,
                                                      bool bIntoPrefabs) const;
+    /// Raised when ids start again at 1.
+    [[nodiscard]] uint64_t generation() const { return m_uGeneration; }
     /// Raised by every addition, removal and change; tells lists whether to look again.
     [[nodiscard]] uint64_t revision() const { return m_uRevision; }
 
@@ -250,6 +256,7 @@ private:
     UniqueIdProvider m_uniqueIds;
 
     uint32_t m_uNextEntityId = 1;
+    uint64_t m_uGeneration = 1;
     uint32_t m_uNextPrefabSlot = 1;
     std::array<EntityKind, EntityTypeId_COUNT> m_arrKinds;
     std::array<size_t, EntityTypeId_COUNT> m_arrCounts{};

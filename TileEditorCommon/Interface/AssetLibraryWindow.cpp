@@ -77,6 +77,7 @@ AssetLibraryWindow::AssetLibraryWindow(MyGUI::Widget* pWindow, EditorActionsI& a
     if (m_pOptions)
     {
         m_pOptions->setNeedKeyFocus(false);
+        m_pOptions->setSize(m_pOptions->neededWidth(), m_pOptions->getHeight());
         m_pOptions->eventMouseButtonClick += MyGUI::newDelegate(this, &AssetLibraryWindow::onOptions);
         tips.set(m_pOptions, "Choose categories and where things come from");
     }
@@ -234,7 +235,8 @@ void AssetLibraryWindow::drawItem(MyGUI::Button& cell, size_t uIndex)
     pPicture->setColour(sPicture.empty() ? s_dim : MyGUI::Colour::White);
     pPicture->setAlpha(sPicture.empty() ? 0.5f : 1.0f);
     pType->setImageTexture(sType);
-    GuiText::fitCaption(*widgets.pLabel, item.sName, widgets.pLabel->getWidth());
+    pType->setVisible(!sPicture.empty());
+    GuiText::fitCaption(*widgets.pLabel, item.sName, widgets.pLabel->getWidth(), true);
     m_tips.set(&cell, m_model.tip(uIndex));
 }
 

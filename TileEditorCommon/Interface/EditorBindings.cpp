@@ -112,9 +112,9 @@ void bindEditorActions(KeyBindings& keys, EditorActionsI& actions, EditorInterfa
     bindInView(ActionCharacter, KeySpace, [&actions] { actions.placeCharacterAtCursor(); });
     bindInView(ActionMoveGrid, 'G', [&actions] { actions.placeGridAtCursor(); });
     keys.bind(ActionToggleGrid, whenFree('G', ModShift, [&actions] { actions.toggleGrid(); }));
-    bindEntityActions(keys, actions);
     keys.bind(ActionOutliner, whenFree('O', ModShift, [&windows] { windows.toggleOutliner(); }));
     keys.bind(ActionHide, whenFree('H', 0, [&actions] { actions.hideSelection(); }));
+    bindEntityActions(keys, actions);
     bindTools(keys, actions);
     bindWheels(keys, actions);
 }

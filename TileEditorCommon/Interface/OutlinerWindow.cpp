@@ -160,7 +160,7 @@ void OutlinerWindow::drawLine(MyGUI::Button& cell, size_t uRow)
     line.pName->setTextColour(colour);
     line.pPicture->setColour(colour);
     const std::string sName = m_model.label(uRow);
-    const bool bShortened = GuiText::fitCaption(*line.pName, sName, line.pName->getWidth());
+    const bool bShortened = GuiText::fitCaption(*line.pName, sName, line.pName->getWidth(), true);
     m_tips.set(&cell, bShortened ? escapeCaption(sName) : std::string());
     cell.setStateSelected(bMarked);
 }

@@ -19,6 +19,7 @@ namespace
 {
 
 constexpr int s_iRowGap = 4;
+constexpr int s_iScrollWidth = 14;
 constexpr int s_iIndent = 8;
 constexpr int s_iHeadingHeight = 24;
 constexpr int s_iNoteHeight = 20;
@@ -150,7 +151,8 @@ bool PropertyPanel::isOpen(size_t uGroup) const
 void PropertyPanel::place()
 {
     fold();
-    const int iWidth = m_pView->getViewCoord().width - px(2);
+    // The same with and without a scroll bar, so that nothing moves when it comes.
+    const int iWidth = m_pView->getWidth() - px(s_iScrollWidth);
     int iTop = 0;
     for (size_t i = 0; i < m_vecEntries.size();)
     {

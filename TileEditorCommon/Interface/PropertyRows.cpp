@@ -26,6 +26,8 @@ constexpr int s_iRowHeight = 24;
 constexpr int s_iLabelWidth = 68;
 constexpr int s_iGap = 4;
 constexpr int s_iBarWidth = 2;
+constexpr int s_iBarInset = 6;
+constexpr float s_fBarAlpha = 0.6f;
 constexpr int s_iPictureRow = 76;
 constexpr int s_iPicture = 48;
 
@@ -263,16 +265,14 @@ NumbersRow::NumbersRow(const RowHost& host, size_t uCount) : PanelRow(host)
                 if (onEdit)
                     onEdit(values, bFinished ? EditPhase::Finished : EditPhase::Changing);
             });
-        if (uCount == 3)
-        {
-            auto* pBar = pBox->createWidget<MyGUI::Widget>(
-                "WhiteSkin", MyGUI::IntCoord(px(3), px(6), px(s_iBarWidth), px(s_iRowHeight - 12)),
-                MyGUI::Align::Left | MyGUI::Align::VStretch);
-            pBar->setColour(s_arrAxes[i]);
-            pBar->setAlpha(0.6f);
-            pBar->setNeedMouseFocus(false);
-        }
         m_vecBoxes.push_back(pBox);
+        if (uCount != 3)
+            continue;
+        auto* pBar = make<MyGUI::Widget>(m_pRoot, "WhiteSkin"); // over the box, since it comes later
+        pBar->setColour(s_arrAxes[i]);
+        pBar->setAlpha(s_fBarAlpha);
+        pBar->setNeedMouseFocus(false);
+        m_vecBars.push_back(pBar);
     }
 }
 
@@ -310,6 +310,9 @@ void NumbersRow::placeParts(int iWidth, int iHeight)
         const int iLeft = (value.width + iGap) * i / iCount;
         const int iRight = (value.width + iGap) * (i + 1) / iCount - iGap;
         m_vecBoxes[static_cast<size_t>(i)]->setCoord(value.left + iLeft, 0, iRight - iLeft, iHeight);
+        if (!m_vecBars.empty())
+            m_vecBars[static_cast<size_t>(i)]->setCoord(value.left + iLeft + px(3), px(s_iBarInset),
+                                                        px(s_iBarWidth), iHeight - 2 * px(s_iBarInset));
     }
 }
 

@@ -149,6 +149,7 @@ protected:
 
 private:
     std::vector<FloatEditBox*> m_vecBoxes;
+    std::vector<MyGUI::Widget*> m_vecBars;
     std::array<float, 3> m_values{};
     Edit m_onEdit;
 };

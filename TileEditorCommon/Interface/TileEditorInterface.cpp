@@ -31,6 +31,7 @@
 
 #include <MyGUI_Gui.h>
 #include <MyGUI_InputManager.h>
+#include <MyGUI_LayerManager.h>
 #include <MyGUI_LayoutManager.h>
 #include <MyGUI_MenuBar.h>
 #include <MyGUI_MenuItem.h>
@@ -335,6 +336,12 @@ bool TileEditorInterface::hasNoKeyFocus() const
 bool TileEditorInterface::isMouseOverWidget() const
 {
     return m_parts.gui.isMouseOverWidget();
+}
+
+bool TileEditorInterface::isOverWindow() const
+{
+    const MyGUI::IntPoint& mouse = MyGUI::InputManager::getInstance().getMousePosition();
+    return MyGUI::LayerManager::getInstance().getWidgetFromPoint(mouse.left, mouse.top) != nullptr;
 }
 
 bool TileEditorInterface::isEditing() const

@@ -60,6 +60,7 @@ public:
     [[nodiscard]] bool isMouseFree() const override;
     [[nodiscard]] bool hasNoKeyFocus() const override;
     [[nodiscard]] bool isMouseOverWidget() const override;
+    [[nodiscard]] bool isOverWindow() const override;
     [[nodiscard]] bool isEditing() const override;
     void showToolPanels(uint8_t uTool) override;
     void showNewWindow() override;
@@ -68,11 +69,11 @@ public:
     void toggleStatusOverlay() override;
     void showTileSettingsWindow(bool bShow) override;
     [[nodiscard]] bool isTileSettingsVisible() const override { return m_bTileSettings; }
-    void showEntityMenu(int iX, int iY) override;
     void toggleOutliner() override;
     [[nodiscard]] bool isOutlinerVisible() const override { return m_bOutliner; }
     [[nodiscard]] bool isListed(uint32_t uEntityId) const override;
     void onContentChanged() override;
+    void showEntityMenu(int iX, int iY) override;
     void refresh(uint32_t uMask) override;
     void showMessage(std::string_view sTitle, std::string_view sText) override;
     void askYesNo(std::string_view sTitle, std::string_view sText, std::function<void()> onYes) override;

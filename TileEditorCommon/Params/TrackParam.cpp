@@ -118,8 +118,9 @@ void TrackParam::display(PropertyPanelI& widgets, const ParamContext& context)
     DynamicData::Value* pTrack = object();
     if (!pTrack)
         return widgets.label(UTILS::concat("The template '", s_pTemplateName, "' is missing"));
+    // The row holds the parameter, so that the tree outlives it.
     widgets.dataView("track", *pTrack, &m_baseline, trackTemplate(),
-                     [fnChanged = context.onChanged](EditPhase)
+                     [pSelf = shared_from_this(), fnChanged = context.onChanged](EditPhase)
                      {
                          if (fnChanged)
                              fnChanged();

@@ -81,15 +81,15 @@ rend::SceneView IconGenerator::tileView(int iWidth, int iHeight, const TilePictu
     return view;
 }
 
-rend::TargetHandle IconGenerator::targetFor(const TilePictureFraming& framing)
+rend::TargetHandle IconGenerator::targetFor(uint32_t uWidth, uint32_t uHeight)
 {
-    const uint64_t uKey = ((uint64_t{framing.uWidth} << 13) + framing.uHeight) * 4;
+    const uint64_t uKey = ((uint64_t{uWidth} << 13) + uHeight) * 4;
     if (const auto it = m_mapTargets.find(uKey); it != m_mapTargets.end())
         return it->second;
     const rend::TargetHandle target =
         m_renderer.device().createTarget({.sName = "Icon",
-                                          .iWidth = static_cast<int>(framing.uWidth * s_uOversize),
-                                          .iHeight = static_cast<int>(framing.uHeight * s_uOversize)});
+                                          .iWidth = static_cast<int>(uWidth * s_uOversize),
+                                          .iHeight = static_cast<int>(uHeight * s_uOversize)});
     if (target)
         m_mapTargets.emplace(uKey, target);
     return target;
@@ -104,7 +104,7 @@ bool IconGenerator::renderTile(std::string_view sPath, int iWidth, int iHeight, 
         return false;
     }
     const TilePictureFraming frame = framing(bSmall);
-    const rend::TargetHandle target = targetFor(frame);
+    const rend::TargetHandle target = targetFor(frame.uWidth, frame.uHeight);
     if (!target)
         return false;
 

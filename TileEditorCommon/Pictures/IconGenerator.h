@@ -1,10 +1,14 @@
 #pragma once // Draws small pictures off screen and writes them to files.
 
 #include "KestrelCommon/Device/DeviceTypes.h"
+#include "KestrelCommon/renderer/InstanceWorld.h"
 #include "KestrelCommon/renderer/RenderSettings.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
 #include <string_view>
 #include <unordered_map>
 
@@ -40,6 +44,21 @@ public:
     /// can't be written.
     bool renderTile(std::string_view sPath, int iWidth, int iHeight, bool bSmall);
 
+    // Objects, alone before nothing
+
+    static constexpr uint32_t s_uObjectSide = 128; ///< pixels of their pictures
+
+    /// Starts what a picture of the object needs. True when all of it is there.
+    bool prepareObject(const std::shared_ptr<const resource::Renderable>& pRenderable);
+    /// Draws the object upright and writes it to the first of the keyed paths that can be written, with
+    /// the folders that lack; tells which, or nothing when none can. Colours in the order of its slots.
+    std::string renderObject(std::span<const std::string> spanPaths,
+                             const std::shared_ptr<const resource::Renderable>& pRenderable,
+                             std::span<const uint32_t> spanColours);
+    /// From the front, a little from the right and above, so that these points of a model, standing
+    /// upright in its unit scale, fill the picture.
+    [[nodiscard]] static rend::SceneView objectView(std::span<const glm::vec3> spanPoints);
+
     [[nodiscard]] static TilePictureFraming framing(bool bSmall);
     /// The view of a tile of that many cells: orthographic, from above at a slant, with its eight quads.
     [[nodiscard]] static rend::SceneView tileView(int iWidth, int iHeight, const TilePictureFraming& framing);
@@ -51,10 +70,18 @@ private:
         size_t operator()(uint64_t uKey) const;
     };
 
-    [[nodiscard]] rend::TargetHandle targetFor(const TilePictureFraming& framing);
+    [[nodiscard]] rend::TargetHandle targetFor(uint32_t uWidth, uint32_t uHeight);
+    /// What stands alone in the small world.
+    void setSubject(const std::shared_ptr<const resource::Renderable>& pRenderable,
+                    std::span<const uint32_t> spanColours);
+    void clearSubject();
 
     rend::Renderer& m_renderer;
     std::unordered_map<uint64_t, rend::TargetHandle, KeyHash> m_mapTargets; ///< by picture size
+    rend::InstanceWorld m_objects;                                          ///< holds one at a time
+    std::shared_ptr<const resource::Renderable> m_pSubject;
+    uint32_t m_uSubject = rend::InstanceWorld::s_uNone;
+    uint32_t m_uSubjectSlot = rend::InstanceWorld::s_uNone;
 };
 
 } // namespace tilebuilder

@@ -152,7 +152,7 @@ Canvas::Maps Canvas::maps(float fRelief, float fShade) const
                                                      1.0f,
                                                      fSlopeX / fLength * 0.5f + 0.5f,
                                                      fSlopeY / fLength * 0.5f + 0.5f,
-                                                     0.5f / fLength + 0.5f,
+                                                     1.0f, // follows from the other two
                                                      1.0f};
             auto& arrSum = vecSums[static_cast<size_t>(iY / s_iOversize) * s_iSide +
                                    static_cast<size_t>(iX / s_iOversize)];
@@ -163,10 +163,18 @@ Canvas::Maps Canvas::maps(float fRelief, float fShade) const
     Maps result;
     for (const auto& arrSum : vecSums)
         for (size_t v = 0; v < arrSum.size(); ++v)
-            (v < 4   ? result.vecDiffuse
-             : v < 8 ? result.vecAsg
-                     : result.vecNormal)
-                .push_back(toByte(arrSum[v]));
+        {
+            // The last bits would be lost when the maps are compressed for drawing, and cost most in a file.
+            const uint8_t uValue = toByte(arrSum[v]);
+            const auto rounded = [uValue](int iStep)
+            { return static_cast<uint8_t>(std::min((uValue + iStep / 2) / iStep * iStep, 255)); };
+            if (v < 4)
+                result.vecDiffuse.push_back(uValue);
+            else if (v < 8)
+                result.vecAsg.push_back(rounded(4));
+            else
+                result.vecNormal.push_back(rounded(2));
+        }
     return result;
 }
 

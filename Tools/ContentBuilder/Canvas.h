@@ -63,7 +63,7 @@ public:
     {
         std::vector<uint8_t> vecDiffuse; ///< colour; height in alpha
         std::vector<uint8_t> vecAsg;     ///< ambient occlusion, gloss; no blue
-        std::vector<uint8_t> vecNormal;
+        std::vector<uint8_t> vecNormal;  ///< slope in red and green; no blue
     };
     /// fRelief scales the slopes, fShade how much of the occlusion darkens the colour itself.
     [[nodiscard]] Maps maps(float fRelief, float fShade) const;

@@ -28,7 +28,7 @@ bool writeImage(const std::filesystem::path& path, int iWidth, int iHeight, std:
     }
     const bool bTga = path.extension() == ".tga";
     const BOOL bDone = FreeImage_Save(bTga ? FIF_TARGA : FIF_PNG, pBitmap, path.c_str(),
-                                      bTga ? TARGA_DEFAULT : PNG_Z_DEFAULT_COMPRESSION);
+                                      bTga ? TARGA_DEFAULT : PNG_Z_BEST_COMPRESSION);
     FreeImage_Unload(pBitmap);
     return bDone != FALSE;
 }

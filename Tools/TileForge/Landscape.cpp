@@ -1,6 +1,7 @@
 #include "Tools/TileForge/Landscape.h"
 
 #include "Tools/TileForge/Noise.h"
+#include "Tools/TileForge/Scene.h"
 
 #include <algorithm>
 #include <cmath>
@@ -129,22 +130,26 @@ Landscape meadow()
     ground.shape(
         [](float fX, float fY)
         {
-            const float fPath = std::fabs(fY - 32.0f - 9.0f * std::sin(fX / 19.0f));
-            return 1.3f * fractal(fX / 47.0f, fY / 47.0f, 11) + 0.9f * ramp(6.0f, 30.0f, fPath) - 0.5f;
+            const float fPath = std::fabs(fY - meadowPathAt(fX));
+            const float fBrook = std::fabs(fX - meadowBrookAt(fY));
+            return 1.3f * fractal(fX / 47.0f, fY / 47.0f, 11) + 0.9f * ramp(6.0f, 30.0f, fPath) - 0.5f -
+                   2.1f * (1.0f - ramp(0.8f, 5.2f, fBrook));
         });
-    return finish("Meadow", ground, 11,
-                  [](const Place& place)
-                  {
-                      Cover cover{};
-                      cover[Grass] = 1.0f;
-                      lay(cover, DryGrass, ramp(0.0f, 0.6f, place.fPatch + 0.3f * place.fGrain) * 0.8f);
-                      const float fPath = std::fabs(place.fY - 32.0f - 9.0f * std::sin(place.fX / 19.0f)) +
-                                          0.9f * place.fGrain;
-                      lay(cover, Dirt, 1.0f - ramp(1.2f, 2.6f, fPath));
-                      lay(cover, Gravel,
-                          (1.0f - ramp(0.2f, 1.3f, fPath)) * ramp(-0.4f, 0.4f, place.fPatch) * 0.7f);
-                      return cover;
-                  });
+    return finish(
+        "Meadow", ground, 11,
+        [](const Place& place)
+        {
+            Cover cover{};
+            cover[Grass] = 1.0f;
+            lay(cover, DryGrass, ramp(0.0f, 0.6f, place.fPatch + 0.3f * place.fGrain) * 0.8f);
+            const float fPath = std::fabs(place.fY - meadowPathAt(place.fX)) + 0.9f * place.fGrain;
+            lay(cover, Dirt, 1.0f - ramp(1.2f, 2.6f, fPath));
+            lay(cover, Gravel, (1.0f - ramp(0.2f, 1.3f, fPath)) * ramp(-0.4f, 0.4f, place.fPatch) * 0.7f);
+            const float fBrook = std::fabs(place.fX - meadowBrookAt(place.fY)) + 0.8f * place.fGrain;
+            lay(cover, Dirt, (1.0f - ramp(2.0f, 4.2f, fBrook)) * 0.8f);
+            lay(cover, Gravel, 1.0f - ramp(1.2f, 2.6f, fBrook));
+            return cover;
+        });
 }
 
 Landscape dunes()
@@ -322,14 +327,24 @@ Landscape riverValley()
 
 } // namespace
 
+float meadowPathAt(float fX)
+{
+    return 32.0f + 9.0f * std::sin(fX / 19.0f);
+}
+
+float meadowBrookAt(float fY)
+{
+    return 46.0f + 2.2f * std::sin(fY / 7.5f + 0.6f);
+}
+
 const std::vector<Recipe>& recipes()
 {
     static const std::vector<Recipe> s_vecRecipes = {
-        {"b2a0d652-37e1-4ec8-a41c-cf04c407ac1f", &meadow},
+        {"b2a0d652-37e1-4ec8-a41c-cf04c407ac1f", &meadow, 1, &furnishHamlet},
         {"f7231e66-2650-413e-ab2e-e6d7e3f68bbb", &dunes},
         {"8f5d5e7d-090c-4fb4-8fb8-7b993cbe096d", &island},
-        {"19661e64-fdd3-4306-a528-a16631071077", &cliffCoast},
-        {"1fda5542-ec14-4331-b02f-4fc5ea3a67e9", &erodedHills},
+        {"19661e64-fdd3-4306-a528-a16631071077", &cliffCoast, 3, &furnishGrove},
+        {"1fda5542-ec14-4331-b02f-4fc5ea3a67e9", &erodedHills, 2, &furnishRuin},
         {"3ea5c975-2c0e-4a1a-9224-1ef305c5c80c", &riverValley},
     };
     return s_vecRecipes;

@@ -37,11 +37,19 @@ struct Landscape
     std::vector<std::array<uint8_t, s_iMaterials>> vecWeights;
 };
 
+/// Where the meadow's path runs, and its brook; metres.
+[[nodiscard]] float meadowPathAt(float fX);
+[[nodiscard]] float meadowBrookAt(float fY);
+
+class Scene;
+
 /// What makes a landscape, and the id that its tile keeps.
 struct Recipe
 {
     const char* pUuid;
     Landscape (*fnMake)();
+    uint32_t uSceneSeed = 0;
+    void (*fnFurnish)(Scene& scene) = nullptr; ///< null: nothing stands there
 };
 
 /// All examples, in the order of their sizes.

@@ -9,6 +9,7 @@
 #include "TileEditorCommon/Ground/EditorTerrainSurface.h"
 #include "Tools/TileForge/Landscape.h"
 #include "Tools/TileForge/Planting.h"
+#include "Tools/TileForge/SceneObjects.h"
 
 #include <cstdio>
 #include <fstream>
@@ -83,11 +84,19 @@ int main(int iCount, char** ppArguments)
     tile::ClutterDatabase database;
     database.loadGameDatabases();
     tilebuilder::EditorTerrainClutter clutter(host, surface, database);
+    forge::AssetCatalogue catalogue;
+    if (!catalogue.load())
+        return 1;
     std::ofstream list(ppArguments[2], std::ios::binary);
     bool bGood = true;
     for (const forge::Recipe& recipe : forge::recipes())
     {
-        const forge::Landscape land = recipe.fnMake();
+        forge::Landscape land = recipe.fnMake();
+        forge::Scene scene(land, recipe.uSceneSeed);
+        if (recipe.fnFurnish)
+            recipe.fnFurnish(scene);
+        forge::SceneObjects objects;
+        bGood &= objects.take(scene, catalogue);
         const auto uMetres = static_cast<uint32_t>(land.iCells * tile::CellSize);
         surface.init(uMetres, uMetres);
         clutter.init(uMetres, uMetres);
@@ -99,6 +108,7 @@ int main(int iCount, char** ppArguments)
             clutter.setSamples(iCell % land.iCells, iCell / land.iCells, vecSamples);
         }
         tilebuilder::Tile document({host, surface, clutter});
+        document.addProvider(objects);
         document.create(*Uuid::parse(recipe.pUuid), 0, land.iCells, land.iCells, tile::TypeGround);
         const std::string sName = land.sName + ".tile";
         bGood &= document.writeFile(sName, s_pFolder, tile::WritePlain);

@@ -6,6 +6,7 @@
 #include "TileEditorCommon/Contracts/EditorToolState.h"
 #include "TileEditorCommon/Contracts/EntityTraits.h"
 #include "TileEditorCommon/Entities/Asset/AssetArgs.h"
+#include "TileEditorCommon/Entities/Asset/AssetLibrarySource.h"
 #include "TileEditorCommon/Entities/Asset/AssetRecords.h"
 #include "TileEditorCommon/Entities/Entities.h"
 #include "TileEditorCommon/Entities/EntityHash.h"
@@ -67,6 +68,7 @@ EntityKind AssetEntityType::makeKind(std::unique_ptr<AssetEntityType> pType)
         if (AssetInstance* pInstance = type.findInstance(uId))
             type.setShown(*pInstance, bShow);
     };
+    kind.vecLibrary.push_back(std::make_unique<AssetLibrarySource>(type));
     kind.pType = std::move(pType);
     return kind;
 }

@@ -145,7 +145,7 @@ std::string ModelMesh::text() const
         {
             sFaces += 'f';
             for (const Corner& corner : triangle)
-                sFaces += ' ' + std::to_string(line(0, "v %.3f %.3f %.3f\n", corner.place)) + '/' +
+                sFaces += ' ' + std::to_string(line(0, "v %.2f %.2f %.2f\n", corner.place)) + '/' +
                           std::to_string(line(1, "vt %.3f %.3f\n", {corner.coords, 0.0f})) + '/' +
                           std::to_string(line(2, "vn %.2f %.2f %.2f\n", corner.normal));
             sFaces += '\n';
