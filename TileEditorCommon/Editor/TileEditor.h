@@ -14,6 +14,7 @@
 #include <memory>
 
 class InputManager;
+class UgcBase;
 class UgcManager;
 struct Camera;
 namespace platform
@@ -264,6 +265,14 @@ private:
     void onDocumentOpened(int32_t iWidth, int32_t iHeight, uint32_t uType, const std::string& sPath);
     void frameDocument(int32_t iWidth, int32_t iHeight);
 
+    // Content items
+
+    void registerContent();
+    void unregisterContent();
+    void onItemsAdded(const std::vector<std::shared_ptr<UgcBase>>& vecItems);
+    void onItemsRemoved(const std::vector<std::shared_ptr<UgcBase>>& vecItems);
+    [[nodiscard]] bool isInContext(const UgcBase& item) const;
+
     // Save
 
     void finishSave(SaveResult eResult, const std::string& sName, const std::string& sDirectory);
@@ -291,7 +300,7 @@ private:
     std::unique_ptr<EntityDrag> m_pEntityDrag;
     std::unique_ptr<EntityClipboard> m_pEntityClipboard;
     std::unique_ptr<EntityCommands> m_pEntityCommands;
-    std::optional<glm::vec3> m_menuPoint;            ///< under the cursor when the right-click menu opened
+    std::optional<glm::vec3> m_menuPoint; ///< under the cursor when the right-click menu opened
     std::unique_ptr<EntityListView> m_pEntityList;
     std::vector<LibrarySourceI*> m_vecLibrarySources;
     std::unique_ptr<DataLibrary> m_pDataLibrary;
@@ -308,6 +317,7 @@ private:
     bool m_bGroundOpen = false;  ///< surface and clutter are live
     bool m_bObjectsOpen = false; ///< the document has entities
     bool m_bRunning = true;
+    bool m_bLossAccepted = false; ///< the user saves without the objects that nobody knows here
     bool m_bShowOrigin = false;
 
     std::vector<WorldLabel> m_vecWorldLabels; ///< of this frame
