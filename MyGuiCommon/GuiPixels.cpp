@@ -3,6 +3,7 @@
 #include "KestrelCommon/Core/Console.h"
 #include "KestrelCommon/Resources/Picture.h"
 #include "MyGuiCommon/GuiDataManager.h"
+#include "MyGuiCommon/GuiPicture.h"
 
 #include <MyGUI_RenderManager.h>
 #include <cmath>
@@ -68,9 +69,12 @@ void GuiPixels::fill(const std::string& sName, int iWidth, int iHeight,
     pTexture->unlock();
 }
 
-std::string GuiPixels::thumbnail(const std::string& sPath, int iWidth, int iHeight, float fPart)
+std::string GuiPixels::thumbnail(const std::string& sPath, int iWidth, int iHeight, float fPart,
+                                 ThumbnailAlpha eAlpha)
 {
-    const std::string sName = UTILS::concat("thumbnail ", iWidth, "x", iHeight, " ", fPart, " ", sPath);
+    const bool bAlpha = eAlpha == ThumbnailAlpha::Kept;
+    const std::string sName = UTILS::concat(bAlpha ? "clear thumbnail " : "thumbnail ", iWidth, "x", iHeight,
+                                            " ", fPart, " ", sPath);
     if (iWidth <= 0 || iHeight <= 0)
         return sName;
     const auto& data = static_cast<const GuiDataManager&>(MyGUI::DataManager::getInstance());
@@ -81,13 +85,15 @@ std::string GuiPixels::thumbnail(const std::string& sPath, int iWidth, int iHeig
     if (!bFirst && it->second == written && MyGUI::RenderManager::getInstance().getTexture(sName))
         return sName;
     it->second = written;
-    const auto picture = resource::loadPicture(sRealPath);
+    auto picture = resource::loadPicture(sRealPath);
     if (!picture)
     {
         QM_LOG_ERROR("Failed to load picture '", sPath, "'");
         fill(sName, 1, 1, [](float, float) { return Colour{}; });
         return sName;
     }
+    if (bAlpha)
+        bleedColours(*picture); // else smaller pixels at the rim would take in the black of clear ones
     const resource::Picture small =
         resource::scalePicture(middle(*picture, iWidth, iHeight, fPart), iWidth, iHeight);
     fill(sName, iWidth, iHeight,
@@ -98,7 +104,7 @@ std::string GuiPixels::thumbnail(const std::string& sPath, int iWidth, int iHeig
              const std::byte* pPixel = &small.vecPixels[(uY * static_cast<size_t>(iWidth) + uX) * 4];
              const auto channel = [&](size_t i)
              { return static_cast<float>(std::to_integer<int>(pPixel[i])) / 255.0f; };
-             return Colour{channel(0), channel(1), channel(2), 1.0f};
+             return Colour{channel(0), channel(1), channel(2), bAlpha ? channel(3) : 1.0f};
          });
     return sName;
 }
