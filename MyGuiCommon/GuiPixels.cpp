@@ -1,9 +1,10 @@
 #include "MyGuiCommon/GuiPixels.h"
 
+#include "MyGuiCommon/GuiPicture.h"
+
 #include "KestrelCommon/Core/Console.h"
 #include "KestrelCommon/Resources/Picture.h"
 #include "MyGuiCommon/GuiDataManager.h"
-#include "MyGuiCommon/GuiPicture.h"
 
 #include <MyGUI_RenderManager.h>
 #include <cmath>
@@ -69,12 +70,10 @@ void GuiPixels::fill(const std::string& sName, int iWidth, int iHeight,
     pTexture->unlock();
 }
 
-std::string GuiPixels::thumbnail(const std::string& sPath, int iWidth, int iHeight, float fPart,
-                                 ThumbnailAlpha eAlpha)
+std::string GuiPixels::thumbnail(const std::string& sPath, int iWidth, int iHeight, float fPart, bool bClear)
 {
-    const bool bAlpha = eAlpha == ThumbnailAlpha::Kept;
-    const std::string sName = UTILS::concat(bAlpha ? "clear thumbnail " : "thumbnail ", iWidth, "x", iHeight,
-                                            " ", fPart, " ", sPath);
+    const std::string sName =
+        UTILS::concat(bClear ? "clear " : "", "thumbnail ", iWidth, "x", iHeight, " ", fPart, " ", sPath);
     if (iWidth <= 0 || iHeight <= 0)
         return sName;
     const auto& data = static_cast<const GuiDataManager&>(MyGUI::DataManager::getInstance());
@@ -86,14 +85,14 @@ std::string GuiPixels::thumbnail(const std::string& sPath, int iWidth, int iHeig
         return sName;
     it->second = written;
     auto picture = resource::loadPicture(sRealPath);
+    if (picture && bClear)
+        bleedColours(*picture); // clear pixels are averaged in
     if (!picture)
     {
         QM_LOG_ERROR("Failed to load picture '", sPath, "'");
         fill(sName, 1, 1, [](float, float) { return Colour{}; });
         return sName;
     }
-    if (bAlpha)
-        bleedColours(*picture); // else smaller pixels at the rim would take in the black of clear ones
     const resource::Picture small =
         resource::scalePicture(middle(*picture, iWidth, iHeight, fPart), iWidth, iHeight);
     fill(sName, iWidth, iHeight,
@@ -104,7 +103,7 @@ std::string GuiPixels::thumbnail(const std::string& sPath, int iWidth, int iHeig
              const std::byte* pPixel = &small.vecPixels[(uY * static_cast<size_t>(iWidth) + uX) * 4];
              const auto channel = [&](size_t i)
              { return static_cast<float>(std::to_integer<int>(pPixel[i])) / 255.0f; };
-             return Colour{channel(0), channel(1), channel(2), bAlpha ? channel(3) : 1.0f};
+             return Colour{channel(0), channel(1), channel(2), bClear ? channel(3) : 1.0f};
          });
     return sName;
 }

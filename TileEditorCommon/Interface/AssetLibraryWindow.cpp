@@ -228,10 +228,10 @@ void AssetLibraryWindow::drawItem(MyGUI::Button& cell, size_t uIndex)
     const std::string& sPicture = m_model.iconPath(uIndex);
     const std::string sType = LibraryModel::typeIcon(item.eKind);
     // Without a picture the kind's own stands in its place.
-    pPicture->setImageTexture(
-        sPicture.empty() ? sType
-                         : GuiPixels::thumbnail(sPicture, pPicture->getWidth(), pPicture->getHeight(),
-                                                GuiPixels::s_fWhole, GuiPixels::ThumbnailAlpha::Kept));
+    pPicture->setImageTexture(sPicture.empty()
+                                  ? sType
+                                  : GuiPixels::thumbnail(sPicture, pPicture->getWidth(),
+                                                         pPicture->getHeight(), GuiPixels::s_fWhole, true));
     pPicture->setColour(sPicture.empty() ? s_dim : MyGUI::Colour::White);
     pPicture->setAlpha(sPicture.empty() ? 0.5f : 1.0f);
     pType->setImageTexture(sType);
