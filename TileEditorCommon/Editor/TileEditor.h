@@ -56,6 +56,7 @@ class EntitySections;
 class GroundTextures;
 class GroundView;
 class IconGenerator;
+class OriginMark;
 class TagManager;
 class TerrainGroundMaterialSet;
 class Tile;
@@ -152,7 +153,7 @@ public:
     void beginPlacement(const LibraryPlacement& placement) override;
     void hideSelection() override;
     void showHidden() override;
-    [[nodiscard]] bool isOriginShown() const override { return m_bShowOrigin; }
+    [[nodiscard]] bool isOriginShown() const override;
     void toggleOrigin() override;
     void openOutside(const std::string& sPath) override;
     void copyText(const std::string& sText) override;
@@ -254,7 +255,6 @@ private:
 
     void startCatalogue();
     void updateCatalogue();
-    void drawOrigin(EntityRenderI& render) const;
 
     // Documents
 
@@ -294,6 +294,7 @@ private:
     std::unique_ptr<EditorTerrainClutter> m_pClutter;
     std::unique_ptr<TagManager> m_pTagManager;
     std::unique_ptr<rend::InstanceWorld> m_pInstanceWorld;
+    std::unique_ptr<OriginMark> m_pOriginMark;
     std::unique_ptr<EntityRender> m_pEntityRender; ///< null without a renderer
     std::unique_ptr<Entities> m_pEntities;
     std::unique_ptr<EntitySections> m_pEntitySections;
@@ -318,7 +319,6 @@ private:
     bool m_bObjectsOpen = false; ///< the document has entities
     bool m_bRunning = true;
     bool m_bLossAccepted = false; ///< the user saves without the objects that nobody knows here
-    bool m_bShowOrigin = false;
 
     std::vector<WorldLabel> m_vecWorldLabels; ///< of this frame
     StrokeClock m_strokeClock;
