@@ -11,7 +11,7 @@ namespace
 
 constexpr int s_iDragStart = 3; ///< units of movement that tell a drag from a click
 constexpr int s_iTypedDigits = 6;
-constexpr int s_iTextMargin = 4;
+constexpr int s_iTextMargin = 7;
 
 } // namespace
 

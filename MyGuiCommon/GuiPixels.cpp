@@ -1,5 +1,7 @@
 #include "MyGuiCommon/GuiPixels.h"
 
+#include "MyGuiCommon/GuiPicture.h"
+
 #include "KestrelCommon/Core/Console.h"
 #include "KestrelCommon/Resources/Picture.h"
 #include "MyGuiCommon/GuiDataManager.h"
@@ -68,9 +70,10 @@ void GuiPixels::fill(const std::string& sName, int iWidth, int iHeight,
     pTexture->unlock();
 }
 
-std::string GuiPixels::thumbnail(const std::string& sPath, int iWidth, int iHeight, float fPart)
+std::string GuiPixels::thumbnail(const std::string& sPath, int iWidth, int iHeight, float fPart, bool bClear)
 {
-    const std::string sName = UTILS::concat("thumbnail ", iWidth, "x", iHeight, " ", fPart, " ", sPath);
+    const std::string sName =
+        UTILS::concat(bClear ? "clear " : "", "thumbnail ", iWidth, "x", iHeight, " ", fPart, " ", sPath);
     if (iWidth <= 0 || iHeight <= 0)
         return sName;
     const auto& data = static_cast<const GuiDataManager&>(MyGUI::DataManager::getInstance());
@@ -81,7 +84,9 @@ std::string GuiPixels::thumbnail(const std::string& sPath, int iWidth, int iHeig
     if (!bFirst && it->second == written && MyGUI::RenderManager::getInstance().getTexture(sName))
         return sName;
     it->second = written;
-    const auto picture = resource::loadPicture(sRealPath);
+    auto picture = resource::loadPicture(sRealPath);
+    if (picture && bClear)
+        bleedColours(*picture); // clear pixels are averaged in
     if (!picture)
     {
         QM_LOG_ERROR("Failed to load picture '", sPath, "'");
@@ -98,7 +103,7 @@ std::string GuiPixels::thumbnail(const std::string& sPath, int iWidth, int iHeig
              const std::byte* pPixel = &small.vecPixels[(uY * static_cast<size_t>(iWidth) + uX) * 4];
              const auto channel = [&](size_t i)
              { return static_cast<float>(std::to_integer<int>(pPixel[i])) / 255.0f; };
-             return Colour{channel(0), channel(1), channel(2), 1.0f};
+             return Colour{channel(0), channel(1), channel(2), bClear ? channel(3) : 1.0f};
          });
     return sName;
 }

@@ -19,10 +19,10 @@ void fill(const std::string& sName, int iWidth, int iHeight,
 inline constexpr float s_fMiddle = 0.625f;
 inline constexpr float s_fWhole = 1.0f;
 
-/// The name of a texture that shows the middle of a picture file at that size in pixels, opaque; read
-/// at the first call, and again once the file was written anew. A file that can't be read shows as
-/// clear, with one error line. The path is keyed or real.
+/// The name of a texture that shows the middle of a picture file at that size in pixels, opaque or, with
+/// bClear, as clear as the file; read at the first call, and again once the file was written anew. A file
+/// that can't be read shows as clear, with one error line. The path is keyed or real.
 [[nodiscard]] std::string thumbnail(const std::string& sPath, int iWidth, int iHeight,
-                                    float fPart = s_fMiddle);
+                                    float fPart = s_fMiddle, bool bClear = false);
 
 } // namespace GuiPixels

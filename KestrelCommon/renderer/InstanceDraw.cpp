@@ -80,11 +80,13 @@ InstanceDraw::~InstanceDraw()
 {
     for (Mesh& mesh : m_vecMeshes)
         release(mesh);
-    for (const PipelineHandle pipeline : {m_pipeline, m_maskPipeline, m_outlinePipeline})
+    for (const PipelineHandle pipeline :
+         {m_pipeline, m_maskPipeline, m_outlinePipeline, m_shadePipeline, m_shadeClearPipeline})
         m_device.destroyPipeline(pipeline);
     for (const TextureHandle texture : {m_white, m_flat, m_matt})
         m_device.destroyTexture(texture);
     m_device.destroyBuffer(m_viewBuffer);
+    m_device.destroyBuffer(m_shadeBuffer);
     m_device.destroyTarget(m_mask);
 }
 
@@ -104,6 +106,13 @@ bool InstanceDraw::init()
     meshes.eCull = CullMode::None;
     meshes.eBlend = BlendMode::Additive; // seen where any face is
     build(m_maskPipeline, "asset_mask", meshes);
+    meshes.eBlend = BlendMode::Opaque;
+    build(m_shadePipeline, "asset_shade", meshes);
+    PipelineDesc clear;
+    clear.eDepth = DepthMode::None;
+    clear.eCull = CullMode::None;
+    clear.vecDefines = {"CLEAR 1"};
+    build(m_shadeClearPipeline, "asset_shade", clear);
     PipelineDesc outline;
     outline.eDepth = DepthMode::None;
     outline.eCull = CullMode::None;
@@ -115,7 +124,7 @@ bool InstanceDraw::init()
     m_white = plainTexture("Plain white", {255, 255, 255, 255}, bSrgb);
     m_flat = plainTexture("Plain normal", {128, 128, 255, 255}, false);
     m_matt = plainTexture("Plain asg", {255, 40, 0, 255}, false);
-    return m_pipeline && m_maskPipeline && m_outlinePipeline;
+    return m_pipeline && m_maskPipeline && m_outlinePipeline && m_shadePipeline && m_shadeClearPipeline;
 }
 
 TextureHandle InstanceDraw::plainTexture(std::string_view sName, const std::array<uint8_t, 4>& arrColour,

@@ -44,6 +44,15 @@ public:
     void drawOutlines(InstanceWorld& world, TargetHandle scene, int iWidth, int iHeight, bool bWindowRows,
                       const glm::mat4& viewProjection, BufferHandle frame);
 
+    // The map of shadows on the ground, see InstanceShade; places are metres along X and Y
+
+    /// Begins a pass. fReach: metres that the target's side covers.
+    void beginShade(TargetHandle target, float fReach, const glm::vec3& sunDirection, float fLowestSun);
+    /// Within it, draws what throws shadows onto a part of the ground; the scissor is the caller's. The
+    /// triangles that were drawn.
+    uint64_t drawShade(const InstanceWorld& world, const glm::vec2& low, const glm::vec2& high,
+                       const glm::vec3& sunDirection);
+
 private:
     struct Part
     {
@@ -82,6 +91,9 @@ private:
     PipelineHandle m_pipeline;
     PipelineHandle m_maskPipeline;
     PipelineHandle m_outlinePipeline;
+    PipelineHandle m_shadePipeline;
+    PipelineHandle m_shadeClearPipeline;
+    BufferHandle m_shadeBuffer;
     BufferHandle m_viewBuffer;
     TextureHandle m_white;
     TextureHandle m_flat;

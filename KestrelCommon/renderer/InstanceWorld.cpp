@@ -17,6 +17,7 @@ namespace
 {
 
 constexpr uint32_t s_uWhite = 0xFFFFFFFF;
+constexpr size_t s_uMaxChanges = 4096;
 
 Aabb joined(const Aabb& a, const Aabb& b)
 {
@@ -185,7 +186,9 @@ uint32_t InstanceWorld::addInstance(uint32_t uRenderable, const Transform& trans
         uNext = uRecord;
     }
     ++entry.uInstances;
+    ++m_uInstances;
     ++m_uRevision;
+    noteChange(box);
     return uNext;
 }
 
@@ -193,7 +196,10 @@ void InstanceWorld::removeInstance(uint32_t uSlot)
 {
     if (!instance(uSlot))
         return;
-    --m_vecRenderables[m_vecRecords[uSlot].uRenderable].uInstances;
+    RenderableEntry& entry = m_vecRenderables[m_vecRecords[uSlot].uRenderable];
+    --entry.uInstances;
+    --m_uInstances;
+    noteChange(movedBox(entry.box, instance(uSlot)->arrRows));
     while (uSlot != s_uNone)
     {
         takeOut(m_vecRecords[uSlot]);
@@ -210,7 +216,10 @@ void InstanceWorld::setTransform(uint32_t uSlot, const Transform& transform)
     if (!instance(uSlot))
         return;
     const auto arrRows = instanceRows(transform);
-    const Aabb box = movedBox(m_vecRenderables[m_vecRecords[uSlot].uRenderable].box, arrRows);
+    const Aabb& local = m_vecRenderables[m_vecRecords[uSlot].uRenderable].box;
+    const Aabb box = movedBox(local, arrRows);
+    noteChange(movedBox(local, instance(uSlot)->arrRows));
+    noteChange(box);
     const uint32_t uCell = cellAt(transform.position);
     for (; uSlot != s_uNone; uSlot = m_vecRecords[uSlot].uNextPage)
     {
@@ -288,6 +297,24 @@ std::span<const InstanceData> InstanceWorld::highlights(uint32_t uRenderable) co
     if (uRenderable >= m_vecRenderables.size())
         return {};
     return m_vecRenderables[uRenderable].vecHighlights;
+}
+
+void InstanceWorld::noteChange(const Aabb& box)
+{
+    if (m_bManyChanges)
+        return;
+    m_vecChanges.push_back(box);
+    if (m_vecChanges.size() > s_uMaxChanges)
+    {
+        m_bManyChanges = true;
+        m_vecChanges.clear();
+    }
+}
+
+bool InstanceWorld::takeChanges(std::vector<Aabb>& vecBoxes)
+{
+    vecBoxes = std::exchange(m_vecChanges, {});
+    return !std::exchange(m_bManyChanges, false);
 }
 
 void InstanceWorld::sortCells()

@@ -88,6 +88,7 @@ public:
     /// Null for a slot that isn't in use. Valid until the next change.
     [[nodiscard]] const InstanceData* instance(uint32_t uSlot) const;
     [[nodiscard]] size_t instanceCount(uint32_t uRenderable) const;
+    [[nodiscard]] size_t instanceCount() const { return m_uInstances; }
 
     // Highlights: outlines that show through everything. Places of a renderable's list, 0 to count - 1
 
@@ -105,6 +106,9 @@ public:
     void sortCells();
     [[nodiscard]] std::span<const std::unique_ptr<InstanceCell>> cells() const { return m_vecCells; }
     [[nodiscard]] std::span<const InstanceKind> kinds() const { return m_vecKinds; }
+    /// Boxes where instances came, went or moved since the last call, both places of a move; colours don't
+    /// count. False: too many for a list, anything may have changed.
+    bool takeChanges(std::vector<Aabb>& vecBoxes);
     /// Differs from that of any other world.
     [[nodiscard]] uint32_t id() const { return m_uId; }
     /// Differs after each change.
@@ -136,6 +140,7 @@ private:
     void insert(uint32_t uRecord, uint32_t uKind, const InstanceData& data, uint32_t uCell, const Aabb& box);
     void takeOut(const Record& record);
     void sortCell(InstanceCell& cell);
+    void noteChange(const Aabb& box);
 
     std::vector<RenderableEntry> m_vecRenderables;
     std::vector<uint32_t> m_vecFreeRenderables;
@@ -144,6 +149,9 @@ private:
     std::vector<uint32_t> m_vecFreeRecords;
     std::vector<std::unique_ptr<InstanceCell>> m_vecCells;
     std::unordered_map<GroupKey, uint32_t, GroupKeyHash> m_mapCells;
+    std::vector<Aabb> m_vecChanges;
+    bool m_bManyChanges = true;
+    size_t m_uInstances = 0;
     size_t m_uHighlights = 0;
     uint64_t m_uRevision = 0;
     uint32_t m_uId = uniqueNumber();

@@ -20,8 +20,9 @@ namespace
 constexpr uint32_t s_uSurfaceSlot = 0;
 constexpr uint32_t s_uFrameSlot = 1;
 constexpr uint32_t s_uDrawSlot = 2;
-constexpr uint32_t s_uVerticesSlot = 0; ///< storage: the ground's own vertices
-constexpr uint32_t s_uShadeSlot = 5;    ///< texture
+constexpr uint32_t s_uVerticesSlot = 0;      ///< storage: the ground's own vertices
+constexpr uint32_t s_uShadeSlot = 5;         ///< texture
+constexpr uint32_t s_uInstanceShadeSlot = 6; ///< texture
 
 struct FrameData
 {
@@ -79,6 +80,7 @@ Renderer::Renderer(GraphicsDeviceI& device, resource::ResourceManager& resources
       m_pClutterDraw(std::make_unique<ClutterDraw>(device, resources)),
       m_pInstanceDraw(std::make_unique<InstanceDraw>(device, resources)),
       m_shade(device),
+      m_instanceShade(device),
       m_mesh(device),
       m_overlay(device, resources),
       m_schedule(device.isSoftware())
@@ -163,6 +165,24 @@ void Renderer::resetForGroundTile()
     m_arrDistances = {10000.0f, 400.0f, 10000.0f};
 }
 
+/// All that stands ready before the scene is drawn.
+void Renderer::prepare(int iWidth, int iHeight, const SceneView& view, bool bWhole)
+{
+    m_pClutterDraw->prepare(*m_pCullingGroups);
+    if (m_pInstances)
+    {
+        const bool bTile = hasGround() && m_pTerrainBindings->verticesX > 0;
+        const glm::vec2 size =
+            bTile ? 2.0f * glm::vec2(m_pTerrainBindings->verticesX - 1, m_pTerrainBindings->verticesY - 1)
+                  : glm::vec2(0.0f);
+        m_instanceShade.update(*m_pInstanceDraw, *m_pInstances, size, glm::normalize(m_settings.sunDirection),
+                               bWhole);
+    }
+    updateFrameBuffer(iWidth, iHeight, view);
+    if (m_pTerrainBindings)
+        m_shade.update(*m_pTerrainBindings, m_settings.sunDirection, m_frameBuffer, s_uFrameSlot, bWhole);
+}
+
 void Renderer::updateFrameBuffer(int iWidth, int iHeight, const SceneView& view)
 {
     const glm::mat4 inverseView = glm::inverse(view.view);
@@ -181,7 +201,8 @@ void Renderer::updateFrameBuffer(int iWidth, int iHeight, const SceneView& view)
     frame.skyHorizon = {m_settings.skyHorizon, 0.0f};
     frame.skyNadir = {m_settings.skyNadir, 0.0f};
     const float fFar = view.projection[3][2] / std::max(view.projection[2][2], 1.0e-9f);
-    frame.fog = {m_settings.fogHalvings / fFar, m_settings.fogStart * fFar, fFar, 0.0f};
+    frame.fog = {m_settings.fogHalvings / fFar, m_settings.fogStart * fFar, fFar,
+                 m_pInstances ? m_instanceShade.scale() : 0.0f};
     frame.viewport = {fWidth, fHeight, 1.0f / fWidth, 1.0f / fHeight};
     frame.viewAxis = {-glm::vec3(inverseView[2]), 0.0f};
     m_device.updateBuffer(m_frameBuffer, 0, bytesOf(frame));
@@ -196,10 +217,7 @@ void Renderer::render(TargetHandle target, int iWidth, int iHeight, const SceneV
         renderWindow(iWidth, iHeight, view);
         return;
     }
-    m_pClutterDraw->prepare(*m_pCullingGroups);
-    updateFrameBuffer(iWidth, iHeight, view);
-    if (m_pTerrainBindings)
-        m_shade.update(*m_pTerrainBindings, m_settings.sunDirection, m_frameBuffer, s_uFrameSlot, true);
+    prepare(iWidth, iHeight, view, true);
     m_device.beginPass(target, {.arrColour = s_arrBackground});
     drawScene(view, false);
     if (view.bLines)
@@ -226,10 +244,7 @@ bool Renderer::renderObjects(TargetHandle target, int iWidth, int iHeight, const
 
 void Renderer::renderWindow(int iWidth, int iHeight, const SceneView& view)
 {
-    m_pClutterDraw->prepare(*m_pCullingGroups);
-    updateFrameBuffer(iWidth, iHeight, view);
-    if (m_pTerrainBindings)
-        m_shade.update(*m_pTerrainBindings, m_settings.sunDirection, m_frameBuffer, s_uFrameSlot, false);
+    prepare(iWidth, iHeight, view, false);
     if (const auto size = m_schedule.next(stateOf(iWidth, iHeight, view), FrameClock::seconds(),
                                           m_pClutterDraw->isThinned() || m_pInstanceDraw->isThinned()))
     {
@@ -274,6 +289,7 @@ SceneState Renderer::stateOf(int iWidth, int iHeight, const SceneView& view) con
     {
         state.arrContent[s_uInstanceRevision] = m_pInstances->revision() + 1;
         state.arrContent[s_uInstanceTextures] = m_pInstanceDraw->textureRevision();
+        state.arrContent[s_uInstanceShade] = m_instanceShade.revision();
     }
     return state;
 }
@@ -304,6 +320,7 @@ void Renderer::drawScene(const SceneView& view, bool bWindow)
     drawRim();
     drawQuads(view);
     drawInstances(view, bWindow);
+    m_device.setTexture(s_uInstanceShadeSlot, m_instanceShade.texture(), SamplerMode::LinearClamp);
     m_pClutterDraw->draw(*m_pCullingGroups, {.viewProjection = view.projection * view.view,
                                              .camera = glm::vec2(glm::inverse(view.view)[3]),
                                              .shade = m_shade.texture(),
@@ -332,6 +349,7 @@ void Renderer::drawGround(const SceneView& view)
     m_device.setTexture(3, ground.texture0, SamplerMode::LinearClamp);
     m_device.setTexture(4, ground.texture1, SamplerMode::LinearClamp);
     m_device.setTexture(s_uShadeSlot, m_shade.texture(), SamplerMode::PointClamp);
+    m_device.setTexture(s_uInstanceShadeSlot, m_instanceShade.texture(), SamplerMode::LinearClamp);
     m_device.setUniformBuffer(s_uSurfaceSlot, ground.surfaceInfo);
     m_device.setVertexBuffer(0, ground.vertexBuffer);
     if (view.bOrthographic) // a picture: as fine as it gets

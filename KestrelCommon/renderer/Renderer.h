@@ -3,6 +3,7 @@
 #include "KestrelCommon/Device/GraphicsDeviceI.h"
 #include "KestrelCommon/renderer/GroundMesh.h"
 #include "KestrelCommon/renderer/GroundShade.h"
+#include "KestrelCommon/renderer/InstanceShade.h"
 #include "KestrelCommon/renderer/OverlayDraw.h"
 #include "KestrelCommon/renderer/SceneSchedule.h"
 #include "KestrelCommon/renderer/TerrainSurfaceBindings.h"
@@ -87,6 +88,7 @@ public:
                        InstanceWorld& world);
 
 private:
+    void prepare(int iWidth, int iHeight, const SceneView& view, bool bWhole);
     void updateFrameBuffer(int iWidth, int iHeight, const SceneView& view);
     void renderWindow(int iWidth, int iHeight, const SceneView& view);
     [[nodiscard]] SceneState stateOf(int iWidth, int iHeight, const SceneView& view) const;
@@ -120,6 +122,7 @@ private:
     PipelineHandle m_quadPipeline;
     BufferHandle m_frameBuffer;
     GroundShade m_shade;
+    InstanceShade m_instanceShade;
     GroundMesh m_mesh;
     OverlayDraw m_overlay;
     SceneSchedule m_schedule;

@@ -14,7 +14,8 @@ constexpr size_t s_uClutterRevision = 10;
 constexpr size_t s_uClutterTime = 11;
 constexpr size_t s_uInstanceRevision = 12;
 constexpr size_t s_uInstanceTextures = 13;
-constexpr size_t s_uSceneContents = 14;
+constexpr size_t s_uInstanceShade = 14;
+constexpr size_t s_uSceneContents = 15;
 
 /// All that a picture of the scene follows from; equal states give equal pictures.
 struct SceneState

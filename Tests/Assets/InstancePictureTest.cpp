@@ -203,6 +203,34 @@ TEST_P(InstancePictureTest, outlinesShowOnAnyGroundAndThroughWhatHides)
     EXPECT_EQ(difference(plain, shot(eye, to, "outline_gone")), 0.0);
 }
 
+/// A patch of ground, seen from above, on which a tree out of sight throws its shadow.
+TEST_P(InstancePictureTest, shadowsFallOnTheGroundAndGoWithTheirObjects)
+{
+    const Kind pine = load("trees", "env_tree_pine_01");
+    const auto patch = [this](const char* pName) {
+        return shot({41.2f, 46.2f, 5.0f}, {41.2f, 46.4f, 0.0f}, pName);
+    };
+    const auto brightness = [](const resource::Picture& picture)
+    {
+        double fSum = 0.0;
+        for (size_t u = 0; u < picture.vecPixels.size(); u += 4)
+            fSum += static_cast<double>(picture.vecPixels[u + 1]);
+        return fSum / static_cast<double>(picture.vecPixels.size() / 4);
+    };
+    const uint32_t uFar = place(pine, standing(100, 100));
+    const resource::Picture bare = patch("unshadowed");
+    const uint32_t uSlot = place(pine, standing(46, 50));
+    const resource::Picture dark = patch("shadowed");
+    EXPECT_LT(brightness(dark), 0.85 * brightness(bare));
+    m_world.setTransform(uSlot, standing(90, 90));
+    EXPECT_EQ(difference(bare, patch("shadow_moved")), 0.0);
+    m_world.setTransform(uSlot, standing(46, 50));
+    EXPECT_EQ(difference(dark, patch("shadow_back")), 0.0);
+    m_world.removeInstance(uSlot);
+    m_world.removeInstance(uFar);
+    EXPECT_EQ(difference(bare, patch("shadow_gone")), 0.0);
+}
+
 INSTANTIATE_TEST_SUITE_P(Paths, InstancePictureTest, testing::Bool(),
                          [](const auto& path) { return path.param ? "Fine" : "Soft"; });
 

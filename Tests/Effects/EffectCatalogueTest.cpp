@@ -1,5 +1,6 @@
 #include "KestrelCommon/Effects/EffectCatalogue.h"
 #include "KestrelCommon/Data/JsonFile.h"
+#include "KestrelCommon/Services/DirectoryManager.h"
 #include "Tests/Support/LogCapture.h"
 
 #include <gtest/gtest.h>
@@ -72,6 +73,20 @@ TEST_F(EffectCatalogueTest, faultsAreReportedAndLeftOut)
     ASSERT_EQ(catalogue.sets().size(), 1u);
     ASSERT_EQ(catalogue.sets()[0].effects.size(), 1u);
     EXPECT_EQ(catalogue.sets()[0].effects[0]->values.size(), 1u);
+}
+
+TEST_F(EffectCatalogueTest, theStarterContentHasLightsParticlesAndSounds)
+{
+    DirectoryManager directories{{}};
+    directories.addKey("$GAME_DATA", QM_SOURCE_DIR "/StarterContent/Data");
+    ASSERT_TRUE(catalogue.load(EffectCatalogue::s_pGamePath));
+    EXPECT_TRUE(log.lines().empty()) << log.dump();
+    const auto place = catalogue.find("Campfire");
+    ASSERT_TRUE(place);
+    const auto pFire = catalogue.effect(*place);
+    EXPECT_TRUE(pFire->hasLight && pFire->hasParticles && pFire->hasSound);
+    EXPECT_EQ(pFire->values.size(), 22u);
+    EXPECT_FALSE(catalogue.load("$GAME_DATA/Effects/none.json"));
 }
 
 } // namespace

@@ -421,6 +421,24 @@ TEST_F(ParamsTest, tracksGoThroughTheTemplateOrStayAsTheyAre)
     EXPECT_EQ(writeJsonText(make<TrackParam>("track", ParamType::Track)->json(), JsonStyle::Compact), "null");
 }
 
+TEST_F(ParamsTest, theStarterContentHasATrack)
+{
+    directories.removeKey("$GAME_DATA");
+    directories.addKey("$GAME_DATA", QM_SOURCE_DIR "/StarterContent/Data");
+    const DynamicDataManager manager;
+    const auto pTrack =
+        make<TrackParam>("track", ParamType::Track,
+                         json(R"({"cameraTrack": {"fov": 60, "track": [{"position": [1, 2, 3]}]}})"));
+    ASSERT_TRUE(pTrack->object());
+    ASSERT_EQ(pTrack->object()->object()->size(), 1u) << "a view opens a single element by itself";
+    const auto* pCamera = pTrack->object()->object()->find("cameraTrack")->object();
+    const auto* pPoint = pCamera->find("track")->array()->at(0).object();
+    EXPECT_EQ(pPoint->find("position")->asVec3()[2], 3.0f);
+    EXPECT_TRUE(pPoint->find("tangents")->object()->find("in"));
+    EXPECT_FALSE(pCamera->find("jumpCut")->asBool());
+    EXPECT_EQ(log.errors(), 0u) << log.dump();
+}
+
 TEST_F(ParamsTest, brokenBlobsGiveNoneAndSaySo)
 {
     const std::pair<const char*, const char*> arrCases[] = {

@@ -231,7 +231,7 @@ void AssetLibraryWindow::drawItem(MyGUI::Button& cell, size_t uIndex)
     pPicture->setImageTexture(sPicture.empty()
                                   ? sType
                                   : GuiPixels::thumbnail(sPicture, pPicture->getWidth(),
-                                                         pPicture->getHeight(), GuiPixels::s_fWhole));
+                                                         pPicture->getHeight(), GuiPixels::s_fWhole, true));
     pPicture->setColour(sPicture.empty() ? s_dim : MyGUI::Colour::White);
     pPicture->setAlpha(sPicture.empty() ? 0.5f : 1.0f);
     pType->setImageTexture(sType);

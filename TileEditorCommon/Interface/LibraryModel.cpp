@@ -66,6 +66,7 @@ void LibraryModel::gather()
             const auto uName = static_cast<uint32_t>(m_sNames.size());
             const auto uLength = static_cast<uint32_t>(item.sName.size());
             m_sNames += lowered(item.sName);
+            m_sNames += '\0'; // no word spans two names
             m_vecItems.push_back({std::move(item), pSource, uName, uLength});
         }
     }
@@ -96,10 +97,9 @@ bool LibraryModel::passes(const LibraryItem& item) const
 
 void LibraryModel::applyFilters()
 {
-    m_vecPassed.clear();
-    for (uint32_t i = 0; i < m_vecItems.size(); ++i)
-        if (passes(m_vecItems[i].item))
-            m_vecPassed.push_back(i);
+    m_vecPasses.clear();
+    for (const Entry& entry : m_vecItems)
+        m_vecPasses.push_back(passes(entry.item));
     buildFilterRows();
     applySearch();
 }
@@ -108,15 +108,6 @@ void LibraryModel::setSearch(std::string_view sText)
 {
     m_vecWords = searchWords(sText);
     applySearch();
-}
-
-bool LibraryModel::matches(const Entry& entry) const
-{
-    const std::string_view sName = std::string_view(m_sNames).substr(entry.uName, entry.uNameLength);
-    for (const std::string& sWord : m_vecWords)
-        if (sName.find(sWord) == std::string_view::npos)
-            return false;
-    return true;
 }
 
 void LibraryModel::applySearch()
@@ -130,9 +121,39 @@ void LibraryModel::applySearch()
                 m_vecShown.push_back(i);
         return;
     }
-    for (const uint32_t uItem : m_vecPassed)
-        if (matches(m_vecItems[uItem]))
-            m_vecShown.push_back(uItem);
+    if (!m_vecWords.empty())
+    {
+        findWords();
+        return;
+    }
+    for (uint32_t i = 0; i < m_vecItems.size(); ++i)
+        if (m_vecPasses[i])
+            m_vecShown.push_back(i);
+}
+
+/// One run over all names for the rarest word, the longest; the others only where it was found.
+void LibraryModel::findWords()
+{
+    const auto itLongest = std::max_element(m_vecWords.begin(), m_vecWords.end(),
+                                            [](const std::string& sLeft, const std::string& sRight)
+                                            { return sLeft.size() < sRight.size(); });
+    uint32_t uItem = 0;
+    for (size_t uAt = m_sNames.find(*itLongest); uAt != std::string::npos;
+         uAt = m_sNames.find(*itLongest, uAt))
+    {
+        const auto itNext =
+            std::upper_bound(m_vecItems.begin() + uItem, m_vecItems.end(), uAt,
+                             [](size_t uPlace, const Entry& entry) { return uPlace < entry.uName; });
+        uItem = static_cast<uint32_t>(itNext - m_vecItems.begin());
+        const Entry& entry = *std::prev(itNext);
+        const std::string_view sName = std::string_view(m_sNames).substr(entry.uName, entry.uNameLength);
+        const bool bAll = std::all_of(m_vecWords.begin(), m_vecWords.end(),
+                                      [&](const std::string& sWord)
+                                      { return sName.find(sWord) != std::string_view::npos; });
+        if (bAll && m_vecPasses[uItem - 1])
+            m_vecShown.push_back(uItem - 1);
+        uAt = size_t{entry.uName} + entry.uNameLength;
+    }
 }
 
 void LibraryModel::buildFilterRows()
@@ -187,7 +208,7 @@ std::string LibraryModel::emptyText() const
         return {};
     if (total() == 0)
         return "There is nothing to place.";
-    if (m_vecPassed.empty())
+    if (std::find(m_vecPasses.begin(), m_vecPasses.end(), true) == m_vecPasses.end())
         return "The check boxes leave nothing. Tick one under Options.";
     return isFiltered() ? "No chosen item matches the search." : "No item matches the search.";
 }

@@ -93,11 +93,11 @@ private:
 
     [[nodiscard]] const Entry& entry(size_t uShown) const { return m_vecItems[m_vecShown[uShown]]; }
     [[nodiscard]] bool passes(const LibraryItem& item) const;
-    [[nodiscard]] bool matches(const Entry& entry) const;
     void gather();
     void gatherCategories();
     void applyFilters();
     void applySearch();
+    void findWords();
     void buildFilterRows();
 
     EditorActionsI& m_actions;
@@ -105,8 +105,8 @@ private:
     std::vector<uint64_t> m_vecIconRevisions;
     std::map<IconKey, Icon> m_mapIcons; ///< outlives the items, so that no file is looked for twice
     std::vector<Entry> m_vecItems;
-    std::string m_sNames;              ///< all lower-case names, one behind the other
-    std::vector<uint32_t> m_vecPassed; ///< places in m_vecItems that the check boxes let through
+    std::string m_sNames;          ///< all lower-case names, each with a null behind it
+    std::vector<bool> m_vecPasses; ///< what the check boxes let through, in step with m_vecItems
     std::vector<uint32_t> m_vecShown;
     std::vector<std::string> m_vecWords; ///< lower case
 

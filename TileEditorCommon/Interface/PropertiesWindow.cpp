@@ -1,6 +1,7 @@
 #include "TileEditorCommon/Interface/PropertiesWindow.h"
 
 #include "TileEditorCommon/Contracts/EditorActionsI.h"
+#include "TileEditorCommon/Contracts/EntityListI.h"
 #include "TileEditorCommon/Interface/LayoutWidgets.h"
 
 #include <MyGUI_EditBox.h>
@@ -45,12 +46,19 @@ void PropertiesWindow::place()
 void PropertiesWindow::refresh()
 {
     m_model.update();
-    if (m_bColorOpen && m_model.shown() != m_colorEntity)
+    if (m_bColorOpen && !isColorWanted())
         closeColor();
     if (m_pPanel)
         m_model.fill(*m_pPanel);
     if (m_pEmpty)
         m_pEmpty->setVisible(!m_model.shown());
+}
+
+/// A thing that isn't selected any more stays in the panel, but its colour tool is put away.
+bool PropertiesWindow::isColorWanted() const
+{
+    EntityListI* pList = m_actions.entities();
+    return pList && !pList->selected().empty() && pList->selected().back() == m_colorEntity;
 }
 
 void PropertiesWindow::update()

@@ -32,6 +32,7 @@ public:
 private:
     void openColor(const ColorRgba& color, bool bAlpha, ColorEdit onEdit);
     void closeColor();
+    [[nodiscard]] bool isColorWanted() const;
 
     MyGUI::Widget* m_pWindow;
     EditorActionsI& m_actions;

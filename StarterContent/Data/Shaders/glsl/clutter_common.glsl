@@ -61,13 +61,17 @@ float shrinkAt(float distanceTo, bool impostor)
 
 #ifdef VERTEX_STAGE
 layout(binding = 5) uniform sampler2D shadeMap; // terrain_shade's, one texel in 2 m
+layout(binding = 6) uniform sampler2D instanceShade; // asset_shade's, seen from above
 
 // At a place of the ground: part of the sun, part of the sky, large and small patches.
 vec4 shadeAt(vec2 place)
 {
     if (clutterTime.y < 0.5)
         return vec4(1.0, 1.0, 0.5, 0.5);
-    return texelFetch(shadeMap, clamp(ivec2(place * 0.5 + 0.5), ivec2(0), textureSize(shadeMap, 0) - 1), 0);
+    vec4 shade = texelFetch(shadeMap, clamp(ivec2(place * 0.5 + 0.5), ivec2(0), textureSize(shadeMap, 0) - 1), 0);
+    float hidden = fog.w > 0.0 ? textureLod(instanceShade, place * fog.w, 0.0).r : 0.0;
+    shade.rg *= 1.0 - vec2(0.8, 0.15) * hidden;
+    return shade;
 }
 #endif
 

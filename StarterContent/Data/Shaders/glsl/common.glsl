@@ -11,7 +11,8 @@ layout(std140, binding = 1) uniform Frame
     vec4 skyZenith;
     vec4 skyHorizon;
     vec4 skyNadir;  // below the horizon
-    vec4 fog;       // density a metre, metres clear before it starts, metres to the end of the view, 0
+    vec4 fog;       // density a metre, metres clear before it starts, metres to the end of the view; w: sides of the
+                                // map of instances' shadows a metre, 0 without
     vec4 viewport;  // width, height, 1 / width, 1 / height
     vec4 viewAxis;  // the view's direction
 };

@@ -67,6 +67,7 @@ layout(binding = 1) uniform sampler2DArray asgArray;
 layout(binding = 2) uniform sampler2DArray normalArray;
 layout(binding = 3) uniform sampler2D weights0;
 layout(binding = 4) uniform sampler2D weights1;
+layout(binding = 6) uniform sampler2D instanceShade; // asset_shade's, seen from above
 
 in vec3 worldPosition;
 in vec3 worldNormal;
@@ -242,8 +243,9 @@ void main()
     normal = normalize(normal);
 
     vec3 albedo = ground.colour * tint;
-    float sun = max(dot(normal, sunDirection.xyz), 0.0) * shade.x;
-    vec3 light = sunColour.rgb * sun + ambientLight(normal) * (ground.occlusion * shade.y);
+    float hidden = fog.w > 0.0 ? texture(instanceShade, worldPosition.xy * fog.w).r : 0.0;
+    float sun = max(dot(normal, sunDirection.xyz), 0.0) * shade.x * (1.0 - 0.92 * hidden);
+    vec3 light = sunColour.rgb * sun + ambientLight(normal) * (ground.occlusion * shade.y * (1.0 - 0.2 * hidden));
     vec3 colour = albedo * light;
 #ifdef SOFTWARE
     colour = mix(air.rgb, colour, air.a);
