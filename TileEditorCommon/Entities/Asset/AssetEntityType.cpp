@@ -56,6 +56,11 @@ EntityKind AssetEntityType::makeKind(std::unique_ptr<AssetEntityType> pType)
     kind.vecRecords.push_back(std::make_unique<AssetRecords>(type, type.m_host));
     kind.pShapes = &type;
     kind.pColors = &type;
+    kind.fnContent = [&type](uint32_t uId)
+    {
+        const EditorAssetInstance* pInstance = type.instance(uId);
+        return pInstance ? type.originOf(pInstance->uuid) : Uuid{};
+    };
     kind.fnFillPlacement = [](const EditorToolState& tools, EntityCreateArgs& args)
     {
         auto pPayload = std::make_shared<EntityCreateArgs::Asset>();
