@@ -127,6 +127,13 @@ bool AssetEntityType::create(EntityCreateArgs& args, std::span<const uint64_t> /
     return QM_ASSERT(addInstance(std::move(pInstance)) != nullptr);
 }
 
+void AssetEntityType::onAssetReplaced(AssetInstance& instance)
+{
+    auto& changed = static_cast<EditorAssetInstance&>(instance); // create() makes no others
+    changed.centerOffset = changed.pAsset->pRenderable->model().box.centre();
+    m_host.onInstanceChanged(changed.uEntityId, 0);
+}
+
 void AssetEntityType::remove(uint32_t uId, bool /*bRemoveLinks*/)
 {
     removeInstance(uId);

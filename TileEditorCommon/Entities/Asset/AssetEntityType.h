@@ -134,6 +134,10 @@ public:
     [[nodiscard]] std::optional<RayHit> castRay(uint32_t uId, const glm::vec3& from,
                                                 const glm::vec3& to) const override;
 
+protected:
+    /// The box may be another one.
+    void onAssetReplaced(AssetInstance& instance) override;
+
 private:
     void readSet(const terrain::AssetSetRef& ref, const std::string& sIconDirectory, const Uuid& origin);
     void addEntry(const terrain::AssetEntry& entry, const terrain::AssetSetRef& ref,
