@@ -173,6 +173,7 @@ void TileEditor::closeDocument()
 
 void TileEditor::onDocumentOpened(int32_t iWidth, int32_t iHeight, uint32_t uType, const std::string& sPath)
 {
+    m_bLossAccepted = false;
     m_pEntityDrag->endTransform();
     m_pEntities->openTile({iWidth, iHeight, uType, sPath});
     if (uType == tile::TypeGround)

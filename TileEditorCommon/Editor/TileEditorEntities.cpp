@@ -266,8 +266,6 @@ void TileEditor::updateEntities(float dt)
     m_pEntities->update(dt);
     if (!m_pEntityRender)
         return;
-    if (m_bShowOrigin)
-        drawOrigin(*m_pEntityRender);
     if (const Entity grid = m_pEntities->grid())
     {
         const GridLook look =
