@@ -80,11 +80,13 @@ TileEditor::TileEditor(const EditorServices& services, bool bInfoBox, uint64_t u
     m_pDataLibrary = std::make_unique<DataLibrary>();
     startCatalogue();
     m_toolState.tool = ToolPlace;
+    registerContent();
     newTile(1);
 }
 
 TileEditor::~TileEditor()
 {
+    unregisterContent();
     m_pDataLibrary->shutdown();
     closeDocument();
     m_mapCachedTileStates.clear();

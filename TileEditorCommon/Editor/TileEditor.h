@@ -14,6 +14,7 @@
 #include <memory>
 
 class InputManager;
+class UgcBase;
 class UgcManager;
 struct Camera;
 namespace platform
@@ -264,6 +265,14 @@ private:
     void onDocumentOpened(int32_t iWidth, int32_t iHeight, uint32_t uType, const std::string& sPath);
     void frameDocument(int32_t iWidth, int32_t iHeight);
 
+    // Content items
+
+    void registerContent();
+    void unregisterContent();
+    void onItemsAdded(const std::vector<std::shared_ptr<UgcBase>>& vecItems);
+    void onItemsRemoved(const std::vector<std::shared_ptr<UgcBase>>& vecItems);
+    [[nodiscard]] bool isInContext(const UgcBase& item) const;
+
     // Save
 
     void finishSave(SaveResult eResult, const std::string& sName, const std::string& sDirectory);
@@ -309,6 +318,7 @@ private:
     bool m_bGroundOpen = false;  ///< surface and clutter are live
     bool m_bObjectsOpen = false; ///< the document has entities
     bool m_bRunning = true;
+    bool m_bLossAccepted = false; ///< the user saves without the objects that nobody knows here
 
     std::vector<WorldLabel> m_vecWorldLabels; ///< of this frame
     StrokeClock m_strokeClock;
