@@ -64,8 +64,8 @@ std::vector<LibraryContent> TileEditor::libraryContents() const
 void TileEditor::startCatalogue()
 {
     std::vector<std::string> vecFolders{"$GAME_DATA", "$SURVIVAL_DATA"};
-    if (hasContext())
-        vecFolders.push_back(contextDirectory());
+    if (const auto& pContext = UgcManager::ms_pInstance->context)
+        vecFolders.push_back(pContext->directoryKey());
     m_pDataLibrary->loadAsync(vecFolders);
 }
 
