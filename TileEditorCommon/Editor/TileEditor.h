@@ -124,6 +124,7 @@ public:
 
     [[nodiscard]] Tile* tile() const { return m_pTile.get(); }
     [[nodiscard]] EditorTerrainSurface& surface() { return *m_pSurface; }
+    [[nodiscard]] EditorTerrainClutter& clutter() { return *m_pClutter; }
     [[nodiscard]] Entities& entityStore() { return *m_pEntities; }
 
     // EditorActionsI

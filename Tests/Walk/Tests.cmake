@@ -1,0 +1,1 @@
+qm_tests(WalkTests Walk ROOMS TileEditorCommon/Editor TileEditorCommon/Interface)
