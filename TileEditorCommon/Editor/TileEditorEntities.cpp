@@ -9,6 +9,7 @@
 #include "TileEditorCommon/Editor/EntityRender.h"
 #include "TileEditorCommon/Editor/Placement.h"
 #include "TileEditorCommon/Editor/TileEditor.h"
+#include "TileEditorCommon/Entities/Character/CharacterEntityType.h"
 #include "TileEditorCommon/Entities/Entities.h"
 #include "TileEditorCommon/Entities/EntityCommands.h"
 #include "TileEditorCommon/Entities/EntityCreateArgs.h"
@@ -274,6 +275,7 @@ void TileEditor::updateEntities(float dt)
     }
     else
         m_pEntityRender->hideGrid();
+    m_pEntities->typed<CharacterEntityType>().drawSwitches(*m_pEntityRender);
     if (m_toolState.tool == ToolPlace)
     {
         m_pEntities->drawBoxes(*m_pEntityRender);

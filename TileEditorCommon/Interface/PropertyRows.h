@@ -47,6 +47,7 @@ protected:
     [[nodiscard]] MyGUI::IntCoord valueCoord(int iWidth, int iHeight) const;
     /// The label before the value, shortened to its column.
     void placeLabel(int iHeight);
+    void placeLabel(const MyGUI::IntCoord& coord); ///< there must be one
 
     RowHost m_host;
     MyGUI::Widget* m_pRoot;
