@@ -215,6 +215,8 @@ size_t WalkChecks::cellOf(const Entity& entity, StoredForm eForm) const
     const glm::vec3 point = (eForm == StoredForm::Plain ? entity.pType->getOriginTransform(entity.uId)
                                                         : entity.pType->getCenterTransform(entity.uId))
                                 .position;
+    if (tile.type() != tile::TypeGround)
+        return 0;
     for (int32_t iY = 0; iY < tile.height(); ++iY)
         for (int32_t iX = 0; iX < tile.width(); ++iX)
         {
@@ -331,6 +333,8 @@ void WalkChecks::checkFiles()
     const std::string sPath = m_walk.tile().directory() + "/" + m_walk.tile().name();
     for (const bool bExport : {false, true})
     {
+        if (bExport && m_walk.tile().type() != tile::TypeGround)
+            continue; // has none
         const auto vecFile =
             readFile(m_walk.world.directories.resolvePath(sPath + (bExport ? ".export" : "")));
         ASSERT_TRUE(vecFile);
