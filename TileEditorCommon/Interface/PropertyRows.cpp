@@ -237,12 +237,17 @@ void CheckRow::show(std::string_view sLabel, bool bValue, BoolEdit onEdit)
     m_onEdit = std::move(onEdit);
     m_pBox->setEnabled(static_cast<bool>(m_onEdit));
     m_pBox->setStateSelected(bValue);
+    const bool bNewLabel = !m_pLabel;
     showLabel(sLabel);
-    placeParts(m_pRoot->getWidth(), m_pRoot->getHeight());
+    if (bNewLabel && m_pLabel)
+        m_pLabel->eventMouseButtonClick += MyGUI::newDelegate(this, &CheckRow::onClick);
+    if (m_bPlaced)
+        placeParts(m_pRoot->getWidth(), m_pRoot->getHeight());
 }
 
 void CheckRow::placeParts(int iWidth, int iHeight)
 {
+    m_bPlaced = true;
     // The words stand behind the box, where they have more room.
     MyGUI::IntCoord coord = valueCoord(iWidth, iHeight);
     m_pBox->setCoord(coord.left, coord.top, std::min(coord.width, px(s_iCheckWidth)), coord.height);
@@ -254,6 +259,8 @@ void CheckRow::placeParts(int iWidth, int iHeight)
 
 void CheckRow::onClick(MyGUI::Widget*)
 {
+    if (!m_pBox->getEnabled())
+        return;
     const bool bValue = !m_pBox->getStateSelected();
     m_pBox->setStateSelected(bValue);
     const BoolEdit onEdit = m_onEdit;

@@ -131,6 +131,7 @@ private:
 
     MyGUI::Button* m_pBox;
     BoolEdit m_onEdit;
+    bool m_bPlaced = false;
 };
 
 /// One number or three side by side; of three, a bar in its axis' colour tells each.
