@@ -145,6 +145,11 @@ void dragOverGround(WalkWorld& walk)
     walk.moveTo(walk.somePlace());
     walk.button(true, 2);
     walk.moveTo(walk.somePlace());
+    if (walk.roll(6) == 0)
+    {
+        interrupt(walk);
+        walk.moveTo(walk.somePlace());
+    }
     walk.button(false, 2);
 }
 
@@ -352,6 +357,8 @@ void interrupt(WalkWorld& walk)
     constexpr void (*s_arrInterruptions[])(WalkWorld&) = {undo,   redo, remove, replace,  paste, selectByMenu,
                                                           colour, hide, save,   switches, begin, reload};
     s_arrInterruptions[walk.roll(static_cast<uint32_t>(std::size(s_arrInterruptions)))](walk);
+    // A hand is slower than the frames after a restore, whose changes are its own.
+    walk.world.frames(2, 0.016f);
 }
 
 void interruptedDrag(WalkWorld& walk)

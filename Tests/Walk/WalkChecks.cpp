@@ -143,6 +143,7 @@ void WalkChecks::checkPlaces()
 void WalkChecks::checkRays()
 {
     const Entities& entities = m_walk.entities();
+    const uint32_t uViewMask = m_walk.editor().toolState().viewMask;
     PickList list;
     for (const Entity& entity : entities.all())
         list.add(entities.pivot(entity).position,
@@ -154,14 +155,14 @@ void WalkChecks::checkRays()
         PickRay ray;
         ray.start = {m_walk.between(-50.0f, 100.0f), m_walk.between(-50.0f, 100.0f), 90.0f};
         ray.direction = glm::normalize(target - ray.start);
-        const auto uPicked = list.pick(ray, m_walk.editor().toolState().viewMask);
+        const auto uPicked = list.pick(ray, uViewMask);
         EXPECT_EQ(entities.pick(ray), uPicked ? entities.all()[*uPicked] : NullEntity);
 
         const glm::vec3 end = ray.start + ray.direction * ray.length;
         std::optional<float> nearest;
         for (const Entity& entity : entities.all())
             if (const auto hit = m_walk.assets().castRay(entity.uId, ray.start, end);
-                hit && !entities.isHidden(entity.uId))
+                hit && !entities.isHidden(entity.uId) && isShown(entity.pType->getFilterFlag(), uViewMask))
                 nearest = std::min(nearest.value_or(1.0f), hit->fraction);
         const auto hit = entities.castShapes(ray.start, end, {});
         EXPECT_EQ(hit ? std::optional(hit->fraction) : std::nullopt, nearest);

@@ -81,14 +81,15 @@ public:
         return spanAll.empty() ? NullEntity : spanAll[roll(static_cast<uint32_t>(spanAll.size()))];
     }
 
-    /// From the side, with all of the tile in the view.
+    /// From the side, with all of the tile in the view. Long enough after a restore for what comes then to
+    /// count as done by hand.
     void look()
     {
         const auto fSize = static_cast<float>(std::max(tile().width(), tile().height()) * 64);
         world.camera.isGliding = false;
         world.camera.position = {-0.4f * fSize, -0.5f * fSize, fSize};
         world.camera.lookAlong(glm::vec3(fSize * 0.5f, fSize * 0.5f, 0.0f) - world.camera.position);
-        world.frames(1, 0.016f);
+        world.frames(2, 0.016f);
     }
     /// False when the point isn't in view.
     bool moveTo(const glm::vec3& point)

@@ -57,6 +57,8 @@ std::optional<RayHit> TileEditor::castScene(const PickRay& ray,
 
 void TileEditor::updateEntityTool()
 {
+    if (m_toolState.pickState == PickConsumed)
+        return;
     const InputManager& input = *m_services.pInput;
     const bool bMouseFree =
         !m_pInterface || (!m_pInterface->isMouseOverWidget() && m_pInterface->hasNoKeyFocus());
