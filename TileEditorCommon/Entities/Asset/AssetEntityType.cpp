@@ -124,6 +124,8 @@ bool AssetEntityType::create(EntityCreateArgs& args, std::span<const uint64_t> /
 
 void AssetEntityType::remove(uint32_t uId, bool /*bRemoveLinks*/)
 {
+    if (const AssetInstance* pInstance = findInstance(uId); pInstance && pInstance->bSelected)
+        onDeselect(uId); // the colour tool may work on it
     removeInstance(uId);
 }
 
