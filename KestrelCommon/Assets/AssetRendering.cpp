@@ -71,6 +71,7 @@ bool AssetRendering::addAsset(std::unique_ptr<Asset> pAsset)
             pInstance->pAsset = &asset;
             setShown(*pInstance, bShown);
             setHighlighted(*pInstance, bSelected);
+            onAssetReplaced(*pInstance);
         }
     m_world.removeRenderable(pOld->uRenderable);
     m_world.removeRenderable(pOld->uWireframeRenderable);

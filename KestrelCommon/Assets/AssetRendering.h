@@ -102,6 +102,10 @@ public:
     /// Takes it out of the picture, and back.
     void setShown(AssetInstance& instance, bool bShown);
 
+protected:
+    /// The instance's asset was replaced by another of the same uuid.
+    virtual void onAssetReplaced(AssetInstance& /*instance*/) {}
+
 private:
     void place(AssetInstance& instance);
     void unplace(AssetInstance& instance);

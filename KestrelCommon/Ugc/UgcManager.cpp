@@ -7,6 +7,7 @@
 #include "KestrelCommon/Io/SafeFile.h"
 #include "KestrelCommon/Services/DirectoryManager.h"
 #include "KestrelCommon/Ugc/UgcCustomGameMod.h"
+#include "KestrelCommon/Ugc/UgcTerrainAssetsMod.h"
 #include "KestrelCommon/Ugc/UgcTile.h"
 
 #include <filesystem>
@@ -42,6 +43,8 @@ UgcManager::Item makeItem(UgcKind eKind, const std::string& sDirectory)
         return std::make_shared<UgcTile>(sDirectory);
     if (eKind == UgcKind::CustomGame)
         return std::make_shared<UgcCustomGameMod>(sDirectory);
+    if (eKind == UgcKind::TerrainAssets)
+        return std::make_shared<UgcTerrainAssetsMod>(sDirectory);
     return std::make_shared<UgcBase>(eKind, sDirectory);
 }
 

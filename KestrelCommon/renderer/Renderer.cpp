@@ -287,7 +287,7 @@ SceneState Renderer::stateOf(int iWidth, int iHeight, const SceneView& view) con
     state.arrContent[s_uClutterTime] = m_pClutterDraw->isMoving() ? FrameClock::ticks() : 0;
     if (m_pInstances)
     {
-        state.arrContent[s_uInstanceRevision] = m_pInstances->revision() + 1;
+        state.arrContent[s_uInstanceRevision] = uint64_t{m_pInstances->id()} << 40 ^ m_pInstances->revision();
         state.arrContent[s_uInstanceTextures] = m_pInstanceDraw->textureRevision();
         state.arrContent[s_uInstanceShade] = m_instanceShade.revision();
     }
@@ -320,7 +320,8 @@ void Renderer::drawScene(const SceneView& view, bool bWindow)
     drawRim();
     drawQuads(view);
     drawInstances(view, bWindow);
-    m_device.setTexture(s_uInstanceShadeSlot, m_instanceShade.texture(), SamplerMode::LinearClamp);
+    if (m_instanceShade.scale() > 0.0f)
+        m_device.setTexture(s_uInstanceShadeSlot, m_instanceShade.texture(), SamplerMode::LinearClamp);
     m_pClutterDraw->draw(*m_pCullingGroups, {.viewProjection = view.projection * view.view,
                                              .camera = glm::vec2(glm::inverse(view.view)[3]),
                                              .shade = m_shade.texture(),
@@ -349,7 +350,8 @@ void Renderer::drawGround(const SceneView& view)
     m_device.setTexture(3, ground.texture0, SamplerMode::LinearClamp);
     m_device.setTexture(4, ground.texture1, SamplerMode::LinearClamp);
     m_device.setTexture(s_uShadeSlot, m_shade.texture(), SamplerMode::PointClamp);
-    m_device.setTexture(s_uInstanceShadeSlot, m_instanceShade.texture(), SamplerMode::LinearClamp);
+    if (m_instanceShade.scale() > 0.0f)
+        m_device.setTexture(s_uInstanceShadeSlot, m_instanceShade.texture(), SamplerMode::LinearClamp);
     m_device.setUniformBuffer(s_uSurfaceSlot, ground.surfaceInfo);
     m_device.setVertexBuffer(0, ground.vertexBuffer);
     if (view.bOrthographic) // a picture: as fine as it gets

@@ -97,6 +97,24 @@ TEST_F(AssetEntityTest, listsOfContentItemsAreAddedOnce)
     EXPECT_FALSE(m_world.m_pType->addSets("$GAME_DATA/nothing.assetdb", {}));
 }
 
+TEST_F(AssetEntityTest, placedOnesFollowAnAssetThatTakesTheirsPlace)
+{
+    m_world.start();
+    const Entity post = m_world.place(2, upright({10, 20, 3}));
+    m_world.write("Data/mod.assetdb", R"({"assetSetList": [{"assetSet": "$GAME_DATA/mod.json"}]})");
+    m_world.write("Data/mod.json",
+                  R"({"assetListRenderable": [
+        {"uuid": ")" + AssetWorld::text(2) +
+                      R"(", "name": "Tall", "renderable": {"mesh": "$GAME_DATA/tall.obj"}}]})");
+    m_world.write("Data/tall.obj",
+                  "v 0 0 0\nv 4 0 0\nv 0 80 0\nv 0 0 2\nf 1 3 2\nf 1 2 4\nf 1 4 3\nf 2 3 4\n");
+    const uint64_t uRevision = m_world.m_entities.revision();
+    ASSERT_TRUE(m_world.m_pType->addSets("$GAME_DATA/mod.assetdb", {}));
+    EXPECT_EQ(m_world.m_pType->getDisplayName(post.uId), "Tall");
+    EXPECT_NEAR(m_world.m_pType->getCenterTransform(post.uId).position.z, 13.0f, 1e-4f);
+    EXPECT_NE(m_world.m_entities.revision(), uRevision); // its place for picking moved with it
+}
+
 TEST_F(AssetEntityTest, pivotsAreInversesAndMovesReachThePicture)
 {
     m_world.start();

@@ -144,10 +144,7 @@ public:
         return pInstance && pInstance->bByGrid;
     }
 
-    [[nodiscard]] tile::ColorMap colors(uint32_t uId) const override
-    {
-        return m_instances.find(uId)->colors;
-    }
+    [[nodiscard]] tile::ColorMap colors(uint32_t uId) const override { return m_instances.find(uId)->colors; }
     void setColors(uint32_t uId, const tile::ColorMap& mapColors) override
     {
         const auto edit = m_instances.edit(uId, tilebuilder::ChangeEntityValues);

@@ -33,7 +33,7 @@ struct TransformToolTest : testing::Test
     [[nodiscard]] int handleAt(const glm::vec3& point, uint8_t uMode) const
     {
         const auto hit = tool.hit(through(point), uMode);
-        return hit ? hit->uHandle : HandleNone;
+        return hit ? int{hit->uHandle} : int{HandleNone};
     }
     [[nodiscard]] glm::vec3 world(const glm::vec3& metres) const { return tool.pose().centre + metres; }
 

@@ -283,8 +283,8 @@ TEST_F(EntityWindowsTest, allKindsOfRowsTellTheirEdits)
         const MyGUI::IntCoord label = find(pLabel)->getAbsoluteCoord();
         click(label.right() + 12, label.top + 12);
     };
-    clickValue("Check");
-    EXPECT_TRUE(bChecked);
+    click(find("Check"));
+    EXPECT_TRUE(bChecked) << "its words do as the box does";
     refresh();
     EXPECT_EQ(sTold, "in;");
     clickValue("Text");
@@ -307,6 +307,36 @@ TEST_F(EntityWindowsTest, allKindsOfRowsTellTheirEdits)
     m_pGui->mouseMove(640, 300, 0);
     refresh();
     EXPECT_TRUE(sTold.ends_with("out;"));
+}
+
+TEST_F(EntityWindowsTest, aLongPanelScrollsByTheWheelAndStaysThere)
+{
+    m_things.fnRows = [](uint32_t, PropertyPanelI& panel)
+    {
+        for (int i = 0; i < 60; ++i)
+            panel.floatNumber("Number" + std::to_string(i), 0.0f, {}, [](float, EditPhase) {});
+    };
+    m_things.select(std::array{m_things.vecAll[1]});
+    refresh();
+    const MyGUI::IntCoord first = box("Position", 0)->getAbsoluteCoord();
+    m_pGui->mouseMove(first.left + 8, first.top + 8, 0);
+    m_pGui->mouseMove(first.left + 8, first.top + 8, -120);
+    const int iTop = box("Position", 0)->getAbsoluteTop();
+    EXPECT_LT(iTop, first.top);
+    refresh();
+    EXPECT_EQ(box("Position", 0)->getAbsoluteTop(), iTop) << "a refresh jumps back to the top";
+}
+
+TEST_F(EntityWindowsTest, theViewKeepsItsShareOfASmallWindow)
+{
+    int iTaken = widget("MenuBarContainer")->getWidth() * widget("MenuBarContainer")->getHeight();
+    for (const char* pName : {"AssetLibraryWindow", "PropertiesWindow", "OutlinerWindow"})
+    {
+        EXPECT_TRUE(widget(pName)->getVisible());
+        iTaken += widget(pName)->getWidth() * widget(pName)->getHeight();
+    }
+    EXPECT_LE(iTaken, 1280 * 720 * 4 / 10);
+    EXPECT_GE(widget("InfoBox")->getLeft(), widget("PropertiesWindow")->getRight());
 }
 
 TEST_F(EntityWindowsTest, aSwatchOpensTheColorEditorUntilAnotherThingIsShown)

@@ -96,6 +96,8 @@ public:
     virtual void beginRead(const ObjectReadMode& mode) = 0;
     virtual void readRecords(const ObjectSection& section) = 0;
     virtual void endRead() = 0;
+    /// How many objects of the document that was read last could not be made.
+    [[nodiscard]] virtual size_t lostObjects() const { return 0; }
 };
 
 } // namespace tilebuilder

@@ -39,9 +39,17 @@ public:
         return vecEnds.back();
     }
 
-    void beginRead(const ObjectReadMode& mode) override { m_owner.beginRead(mode); }
-    void readRecords(const ObjectSection& section) override { m_owner.readRecords(*this, section); }
+    void beginRead(const ObjectReadMode& mode) override
+    {
+        m_uLost = 0;
+        m_owner.beginRead(mode);
+    }
+    void readRecords(const ObjectSection& section) override
+    {
+        m_uLost += m_owner.readRecords(*this, section);
+    }
     void endRead() override { m_owner.endRead(); }
+    [[nodiscard]] size_t lostObjects() const override { return m_uLost; }
 
     [[nodiscard]] SectionKey keyOf(const ObjectCell& cell, uint32_t uLevel) const
     {
@@ -56,6 +64,7 @@ private:
 
     EntitySections& m_owner;
     const EntityRecordsI& m_records;
+    size_t m_uLost = 0;
 };
 
 EntitySections::EntitySections(Entities& entities) : m_entities(entities)
@@ -78,27 +87,28 @@ void EntitySections::beginRead(const ObjectReadMode& mode)
         m_entities.beginRestore();
         return;
     }
-    m_uLost = 0;
     if (mode.bRestoring)
         m_entities.clearStored();
     m_entities.beginLoad();
 }
 
-void EntitySections::readRecords(const List& list, const ObjectSection& section)
+/// How many of the records made no object.
+size_t EntitySections::readRecords(const List& list, const ObjectSection& section)
 {
     if (m_mode.bRestoring && !m_mode.bKeepIds)
     {
         m_entities.restoreSection(list.keyOf(section.cell, section.uLevel), section.spanRecords,
                                   section.uCount, section.uVersion);
-        return;
+        return 0;
     }
     if (section.uCount == 0)
-        return;
+        return 0;
     std::vector<EntityCreateArgs> vecArgs;
     if (!QM_ASSERT(list.records().read(section.spanRecords, section.uCount, section.cell.origin,
                                        section.uVersion, vecArgs)))
-        return;
-    m_uLost += vecArgs.size() - m_entities.createEntities(std::move(vecArgs));
+        return section.uCount;
+    const size_t uRecords = vecArgs.size();
+    return uRecords - m_entities.createEntities(std::move(vecArgs));
 }
 
 void EntitySections::endRead()

@@ -27,21 +27,17 @@ public:
         return m_vecProviders;
     }
 
-    /// How many objects of the document that was read last could not be made.
-    [[nodiscard]] size_t lostObjects() const { return m_uLost; }
-
 private:
     class List;
 
     void beginRead(const ObjectReadMode& mode);
-    void readRecords(const List& list, const ObjectSection& section);
+    size_t readRecords(const List& list, const ObjectSection& section);
     void endRead();
 
     Entities& m_entities;
     std::vector<std::unique_ptr<CellObjectProviderI>> m_vecProviders;
     ObjectReadMode m_mode;
     size_t m_uReading = 0; ///< lists that began and haven't ended
-    size_t m_uLost = 0;
 };
 
 } // namespace tilebuilder

@@ -107,6 +107,8 @@ public:
     void setTerrainCategory(uint32_t uCategory, uint32_t uIndex);
     /// The loaded file holds objects that writing it would lose.
     [[nodiscard]] bool holdsForeignObjects() const { return m_bForeignObjects; }
+    /// How many objects of the loaded file could not be made, and so are in none of its states.
+    [[nodiscard]] size_t lostObjects() const { return m_uLostObjects; }
 
     /// The id in a file without reading more; nil, reported, when there is none.
     [[nodiscard]] static Uuid readUuid(const std::string& path);
@@ -152,6 +154,7 @@ private:
     uint32_t m_terrainCategory = 0;
     uint32_t m_terrainCategoryIndex = 0;
     bool m_bForeignObjects = false;
+    size_t m_uLostObjects = 0;
     uint64_t m_surfaceRevision = 0; ///< of the surface when its fast sections were last compressed
     uint64_t m_clutterRevision = 0;
     CellCache m_cellCache;

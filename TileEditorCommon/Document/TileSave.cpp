@@ -143,6 +143,7 @@ SaveResult Tile::save(const std::string& name, const std::string& directory, uin
     m_directory = sDirectory;
     m_bForeignObjects = false; // the file that stands now is this document
     pushState(bReset);
+    m_uLostObjects = 0;
     markSaved();
     return SaveResult::Saved;
 }

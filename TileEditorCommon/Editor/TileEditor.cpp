@@ -18,6 +18,7 @@
 #include "TileEditorCommon/Editor/EntityListView.h"
 #include "TileEditorCommon/Editor/EntityRender.h"
 #include "TileEditorCommon/Editor/GroundView.h"
+#include "TileEditorCommon/Editor/OriginMark.h"
 #include "TileEditorCommon/Entities/Entities.h"
 #include "TileEditorCommon/Entities/EntityClipboard.h"
 #include "TileEditorCommon/Entities/EntityCommands.h"
@@ -63,6 +64,7 @@ TileEditor::TileEditor(const EditorServices& services, bool bInfoBox, uint64_t u
         m_pClutter->attach(m_services.pRenderer->cullingGroups(), m_services.pRenderer->clutterTypes());
     m_pTagManager = std::make_unique<TagManager>();
     m_pInstanceWorld = std::make_unique<rend::InstanceWorld>();
+    m_pOriginMark = std::make_unique<OriginMark>(*m_pInstanceWorld);
     m_pEntities = std::make_unique<Entities>(*this, m_toolState);
     addEntityKinds(*m_pEntities, *m_pInstanceWorld);
     if (m_services.pRenderer)
@@ -78,11 +80,13 @@ TileEditor::TileEditor(const EditorServices& services, bool bInfoBox, uint64_t u
     m_pDataLibrary = std::make_unique<DataLibrary>();
     startCatalogue();
     m_toolState.tool = ToolPlace;
+    registerContent();
     newTile(1);
 }
 
 TileEditor::~TileEditor()
 {
+    unregisterContent();
     m_pDataLibrary->shutdown();
     closeDocument();
     m_mapCachedTileStates.clear();

@@ -14,6 +14,7 @@
 #include <memory>
 
 class InputManager;
+class UgcBase;
 class UgcManager;
 struct Camera;
 namespace platform
@@ -55,6 +56,7 @@ class EntitySections;
 class GroundTextures;
 class GroundView;
 class IconGenerator;
+class OriginMark;
 class TagManager;
 class TerrainGroundMaterialSet;
 class Tile;
@@ -152,7 +154,7 @@ public:
     void beginPlacement(const LibraryPlacement& placement) override;
     void hideSelection() override;
     void showHidden() override;
-    [[nodiscard]] bool isOriginShown() const override { return m_bShowOrigin; }
+    [[nodiscard]] bool isOriginShown() const override;
     void toggleOrigin() override;
     void openOutside(const std::string& sPath) override;
     void copyText(const std::string& sText) override;
@@ -255,7 +257,6 @@ private:
 
     void startCatalogue();
     void updateCatalogue();
-    void drawOrigin(EntityRenderI& render) const;
 
     // Documents
 
@@ -265,6 +266,14 @@ private:
     bool returnToTile(const std::string& sPath);
     void onDocumentOpened(int32_t iWidth, int32_t iHeight, uint32_t uType, const std::string& sPath);
     void frameDocument(int32_t iWidth, int32_t iHeight);
+
+    // Content items
+
+    void registerContent();
+    void unregisterContent();
+    void onItemsAdded(const std::vector<std::shared_ptr<UgcBase>>& vecItems);
+    void onItemsRemoved(const std::vector<std::shared_ptr<UgcBase>>& vecItems);
+    [[nodiscard]] bool isInContext(const UgcBase& item) const;
 
     // Save
 
@@ -287,13 +296,14 @@ private:
     std::unique_ptr<EditorTerrainClutter> m_pClutter;
     std::unique_ptr<TagManager> m_pTagManager;
     std::unique_ptr<rend::InstanceWorld> m_pInstanceWorld;
+    std::unique_ptr<OriginMark> m_pOriginMark;
     std::unique_ptr<EntityRender> m_pEntityRender; ///< null without a renderer
     std::unique_ptr<Entities> m_pEntities;
     std::unique_ptr<EntitySections> m_pEntitySections;
     std::unique_ptr<EntityDrag> m_pEntityDrag;
     std::unique_ptr<EntityClipboard> m_pEntityClipboard;
     std::unique_ptr<EntityCommands> m_pEntityCommands;
-    std::optional<glm::vec3> m_menuPoint;            ///< under the cursor when the right-click menu opened
+    std::optional<glm::vec3> m_menuPoint; ///< under the cursor when the right-click menu opened
     std::unique_ptr<EntityListView> m_pEntityList;
     std::vector<LibrarySourceI*> m_vecLibrarySources;
     std::unique_ptr<DataLibrary> m_pDataLibrary;
@@ -310,7 +320,7 @@ private:
     bool m_bGroundOpen = false;  ///< surface and clutter are live
     bool m_bObjectsOpen = false; ///< the document has entities
     bool m_bRunning = true;
-    bool m_bShowOrigin = false;
+    bool m_bLossAccepted = false; ///< the user saves without the objects that nobody knows here
 
     std::vector<WorldLabel> m_vecWorldLabels; ///< of this frame
     StrokeClock m_strokeClock;

@@ -32,6 +32,8 @@ uint32_t TileEditor::processTiles(const std::string& sListPath)
             QM_LOG_ERROR("Failed to load.. '", sPath, "'");
             continue;
         }
+        if (const size_t uLost = m_pTile->lostObjects())
+            QM_LOG_WARNING(uLost, " objects of '", sPath, "' are not known here and are left out");
         QM_LOG("Saving.. ", sPath);
         const std::string sName = m_pTile->name();
         const std::string sDirectory = m_pTile->directory();

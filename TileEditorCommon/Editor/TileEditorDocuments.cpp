@@ -15,6 +15,7 @@
 #include "TileEditorCommon/Editor/ProgressScope.h"
 #include "TileEditorCommon/Editor/TileEditor.h"
 #include "TileEditorCommon/Entities/Entities.h"
+#include "TileEditorCommon/Entities/EntityDrag.h"
 #include "TileEditorCommon/Entities/Grid/GridEntityType.h"
 #include "TileEditorCommon/Ground/EditorTerrainSurface.h"
 
@@ -172,6 +173,8 @@ void TileEditor::closeDocument()
 
 void TileEditor::onDocumentOpened(int32_t iWidth, int32_t iHeight, uint32_t uType, const std::string& sPath)
 {
+    m_bLossAccepted = false;
+    m_pEntityDrag->endTransform();
     m_pEntities->openTile({iWidth, iHeight, uType, sPath});
     if (uType == tile::TypeGround)
     {

@@ -9,6 +9,7 @@
 #include "TileEditorCommon/Editor/EntityRender.h"
 #include "TileEditorCommon/Editor/Placement.h"
 #include "TileEditorCommon/Editor/TileEditor.h"
+#include "TileEditorCommon/Entities/Character/CharacterEntityType.h"
 #include "TileEditorCommon/Entities/Entities.h"
 #include "TileEditorCommon/Entities/EntityCommands.h"
 #include "TileEditorCommon/Entities/EntityCreateArgs.h"
@@ -268,8 +269,6 @@ void TileEditor::updateEntities(float dt)
     m_pEntities->update(dt);
     if (!m_pEntityRender)
         return;
-    if (m_bShowOrigin)
-        drawOrigin(*m_pEntityRender);
     if (const Entity grid = m_pEntities->grid())
     {
         const GridLook look =
@@ -278,6 +277,7 @@ void TileEditor::updateEntities(float dt)
     }
     else
         m_pEntityRender->hideGrid();
+    m_pEntities->typed<CharacterEntityType>().drawSwitches(*m_pEntityRender);
     if (m_toolState.tool == ToolPlace)
     {
         m_pEntities->drawBoxes(*m_pEntityRender);

@@ -8,6 +8,7 @@
 #include "TileEditorCommon/Document/Tile.h"
 #include "TileEditorCommon/Editor/ProgressScope.h"
 #include "TileEditorCommon/Editor/TileEditor.h"
+#include "TileEditorCommon/Entities/Entities.h"
 #include "TileEditorCommon/Pictures/IconGenerator.h"
 
 #include <filesystem>
@@ -44,6 +45,20 @@ void TileEditor::saveAs(const std::string& sName, const std::string& sDirectory)
     // Copies: the arguments may be the tile's own texts, which the save changes.
     const std::string sWanted = sName;
     const std::string sPlace = sDirectory;
+    if (const size_t uLost = m_pTile->lostObjects(); uLost > 0 && !m_bLossAccepted && m_pInterface)
+    {
+        m_pInterface->askYesNo(
+            "#{MENU_YN_TITLE_ARE_YOU_SURE}",
+            UTILS::concat(uLost, uLost == 1 ? " object of this tile is" : " objects of this tile are",
+                          " not known here and will be missing from the file once it is saved. "
+                          "Save it without them? No keeps the file as it is."),
+            [this, sWanted, sPlace]
+            {
+                m_bLossAccepted = true;
+                saveAs(sWanted, sPlace);
+            });
+        return;
+    }
     ProgressScope progress(m_pInterface, takesLong(*m_pTile), "Saving " + sWanted);
     const SaveResult eResult = m_pTile->save(sWanted, sPlace, m_uCreatorId, false);
     progress.advance(0.8f);
@@ -100,8 +115,12 @@ void TileEditor::updateContentItem(const std::string& sDirectory)
     const auto pItem = UgcManager::ms_pInstance->findByPath(sDirectory);
     if (!pItem)
         return;
-    // No kind of object that refers to other items exists yet.
-    pItem->setDependencies({}, nullptr);
+    std::vector<ContentId> vecUsed;
+    for (const Uuid& uuid : m_pEntities->usedContent())
+        if (const auto pUsed = UgcManager::ms_pInstance->getItem(uuid))
+            vecUsed.push_back(pUsed->getContentId());
+    pItem->setDependencies(vecUsed,
+                           [](const ContentId& id) { return UgcManager::ms_pInstance->getCachedName(id); });
     pItem->refresh();
 }
 

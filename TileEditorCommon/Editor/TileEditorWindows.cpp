@@ -6,9 +6,9 @@
 #include "KestrelCommon/Ugc/UgcManager.h"
 #include "TileEditorCommon/Catalogue/DataLibrary.h"
 #include "TileEditorCommon/Contracts/ChangeMask.h"
-#include "TileEditorCommon/Contracts/EntityRenderI.h"
 #include "TileEditorCommon/Contracts/LibrarySourceI.h"
 #include "TileEditorCommon/Editor/EntityListView.h"
+#include "TileEditorCommon/Editor/OriginMark.h"
 #include "TileEditorCommon/Editor/TileEditor.h"
 #include "TileEditorCommon/Entities/Entities.h"
 
@@ -22,7 +22,6 @@ namespace
 {
 
 constexpr std::string_view s_sContentItem = "$CONTENT_";
-constexpr float s_fOriginLength = 5.0f; ///< metres
 
 /// The game's own contents, in the order of the check boxes.
 constexpr std::array<std::pair<const char*, const char*>, 3> s_arrContents{
@@ -65,8 +64,8 @@ std::vector<LibraryContent> TileEditor::libraryContents() const
 void TileEditor::startCatalogue()
 {
     std::vector<std::string> vecFolders{"$GAME_DATA", "$SURVIVAL_DATA"};
-    if (hasContext())
-        vecFolders.push_back(contextDirectory());
+    if (const auto& pContext = UgcManager::ms_pInstance->context)
+        vecFolders.push_back(pContext->directoryKey());
     m_pDataLibrary->loadAsync(vecFolders);
 }
 
@@ -104,23 +103,15 @@ void TileEditor::showHidden()
     markInterfaceDirty(ChangeSelection);
 }
 
-void TileEditor::toggleOrigin()
+bool TileEditor::isOriginShown() const
 {
-    m_bShowOrigin = !m_bShowOrigin;
-    markInterfaceDirty(0);
+    return m_pOriginMark->isShown();
 }
 
-/// The axes of the world, for this frame.
-void TileEditor::drawOrigin(EntityRenderI& render) const
+void TileEditor::toggleOrigin()
 {
-    constexpr std::array<glm::vec4, 3> s_arrColors{
-        {{0.55f, 1.0f, 0.55f, 1.0f}, {0.55f, 0.55f, 1.0f, 1.0f}, {1.0f, 1.0f, 0.55f, 1.0f}}};
-    for (int i = 0; i < 3; ++i)
-    {
-        glm::vec3 end(0.0f);
-        end[i] = s_fOriginLength;
-        render.drawLine(glm::vec3(0.0f), end, s_arrColors[static_cast<size_t>(i)], true);
-    }
+    m_pOriginMark->show(!m_pOriginMark->isShown());
+    markInterfaceDirty(0);
 }
 
 void TileEditor::openOutside(const std::string& sPath)

@@ -381,6 +381,16 @@ void Entities::setColors(const Entity& entity, const tile::ColorMap& mapColors)
         pColors->setColors(entity.uId, mapColors);
 }
 
+std::set<Uuid> Entities::usedContent() const
+{
+    std::set<Uuid> setItems;
+    for (const Entity& entity : m_vecEntities)
+        if (const auto& fnContent = m_arrKinds[entity.pType->getTypeId()].fnContent)
+            if (const Uuid item = fnContent(entity.uId); !item.isNil())
+                setItems.insert(item);
+    return setItems;
+}
+
 bool Entities::fillPlacement(EntityCreateArgs& args) const
 {
     if (args.eTypeId >= EntityTypeId_COUNT)

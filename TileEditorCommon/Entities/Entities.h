@@ -33,6 +33,8 @@ struct EntityKind
     EntityColorsI* pColors = nullptr; ///< null: its instances have none; often the type itself
     /// Fills in what a drag from a list places; false: nothing can be placed, reported. Empty: never.
     std::function<bool(const EditorToolState&, EntityCreateArgs&)> fnFillPlacement;
+    /// The content item that provides what an entity shows; nil: the game's own.
+    std::function<Uuid(uint32_t uId)> fnContent;
     std::function<bool(uint32_t uId)> fnLocked;              ///< empty: all can be picked and selected
     std::function<void(uint32_t uId, bool bShow)> fnShow;    ///< takes its look out of the view and back
     std::vector<std::unique_ptr<LibrarySourceI>> vecLibrary; ///< what of it can be placed, in order
@@ -170,6 +172,9 @@ public:
 
     [[nodiscard]] tile::ColorMap colors(const Entity& entity) const;
     void setColors(const Entity& entity, const tile::ColorMap& mapColors);
+
+    /// The content items that provide what stands on the tile.
+    [[nodiscard]] std::set<Uuid> usedContent() const;
 
     // Placing
 

@@ -71,8 +71,7 @@ void Entities::forEachSelected(const std::function<void(Transform& pivot)>& fnCh
     forEachSelectedWithEntity([&](Transform& pivot, const Entity&) { fnChange(pivot); });
 }
 
-void Entities::forEachSelectedWithEntity(
-    const std::function<void(Transform& pivot, const Entity&)>& fnChange)
+void Entities::forEachSelectedWithEntity(const std::function<void(Transform& pivot, const Entity&)>& fnChange)
 {
     // What is changed may be taken out of the selection by its type.
     const std::vector<Entity> vecSelected(m_vecSelected);

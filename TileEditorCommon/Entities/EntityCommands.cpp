@@ -222,12 +222,12 @@ size_t EntityCommands::selectedCount() const
                                              { return m_entities.exists(entity); }));
 }
 
-bool EntityCommands::canRun(EntityCommand eCommand) const
+bool EntityCommands::canRun(EntityCommand eCommand, size_t uSelected) const
 {
     if (eCommand >= C::COUNT || !m_entities.isTileOpen())
         return false;
     const EntityCommandInfo& info = s_arrCommands[static_cast<size_t>(eCommand)];
-    if (selectedCount() < info.uLeast)
+    if (uSelected < info.uLeast)
         return false;
     if (const EntityTypeId eKind = selectedKind(eCommand); eKind != EntityTypeId_COUNT)
         return m_entities.countOf(eKind) > 0;

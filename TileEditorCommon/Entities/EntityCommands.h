@@ -115,7 +115,9 @@ public:
                    RandomSource fnRandom);
 
     /// The condition under which the menu's entry is enabled.
-    [[nodiscard]] bool canRun(EntityCommand eCommand) const;
+    [[nodiscard]] bool canRun(EntityCommand eCommand) const { return canRun(eCommand, selectedCount()); }
+    /// The same for those who ask about many and have counted.
+    [[nodiscard]] bool canRun(EntityCommand eCommand, size_t uSelected) const;
     /// Nothing when it can't run. The point is where "Paste" goes; nothing is pasted without one.
     void run(EntityCommand eCommand, const std::optional<glm::vec3>& pastePoint = std::nullopt);
 

@@ -15,7 +15,11 @@ using Items = std::vector<EntityMenuItem>;
 class Builder
 {
 public:
-    explicit Builder(const EntityCommands& commands) : m_commands(commands) {}
+    explicit Builder(const EntityCommands& commands)
+        : m_commands(commands),
+          m_uSelected(commands.selectedCount())
+    {
+    }
 
     /// An entry that runs a command, with children also a menu.
     EntityMenuItem item(std::string sLabel, EntityCommand eCommand, Items vecChildren = {}) const
@@ -24,7 +28,7 @@ public:
         return {.sLabel = std::move(sLabel),
                 .uAction = info.uAction,
                 .uCommand = static_cast<uint32_t>(eCommand),
-                .bEnabled = m_commands.canRun(eCommand),
+                .bEnabled = m_commands.canRun(eCommand, m_uSelected),
                 .vecChildren = std::move(vecChildren)};
     }
     /// A menu that does nothing of its own.
@@ -43,11 +47,12 @@ public:
     EntityMenuItem place() const;
     EntityMenuItem selectAll() const;
 
-    [[nodiscard]] const EntityCommands& commands() const { return m_commands; }
+    [[nodiscard]] size_t selected() const { return m_uSelected; }
     [[nodiscard]] const Entities& entities() const { return m_commands.entities(); }
 
 private:
     const EntityCommands& m_commands;
+    size_t m_uSelected;
 };
 
 EntityMenuItem Builder::transform() const
@@ -117,7 +122,7 @@ std::vector<EntityMenuItem> buildEntityMenu(const EntityCommands& commands)
                   builder.place(),     Builder::separator(), builder.selectAll()};
     if (entities.isTileOpen())
         vecMenu.push_back(
-            builder.item(Builder::counted("Create Prefab (", commands.selectedCount()), C::CreatePrefab));
+            builder.item(Builder::counted("Create Prefab (", builder.selected()), C::CreatePrefab));
     vecMenu.push_back(builder.item(Builder::counted("Un-Prefab (", uPrefabs), C::UnPrefab));
     vecMenu.push_back(
         builder.item("Open Prefab (" + (uPrefabs == 1 ? sPrefab : std::string()) + ")", C::OpenPrefab));

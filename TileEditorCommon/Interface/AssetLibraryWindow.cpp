@@ -29,7 +29,7 @@ namespace
 constexpr int s_iItemWidth = 84;
 constexpr int s_iItemHeight = 84;
 constexpr int s_iFilterHeight = 24;
-constexpr int s_iIndent = 14;
+constexpr int s_iIndent = 10;
 constexpr int s_iGap = 8;
 constexpr const char* s_pItemLayout = "$GAME_DATA/Gui/Layouts/TileEditor/AssetLibraryItem.layout";
 

@@ -20,6 +20,7 @@ namespace
 
 constexpr int s_iRowGap = 4;
 constexpr int s_iScrollWidth = 14;
+constexpr int s_iWheelStep = 56; ///< two rows a notch
 constexpr int s_iIndent = 8;
 constexpr int s_iHeadingHeight = 24;
 constexpr int s_iNoteHeight = 20;
@@ -68,6 +69,7 @@ Row& PropertyPanel::take(char cKind, std::string_view sLabel, Arguments&&... arg
     if (!slot.pRow)
     {
         slot.pRow = std::make_unique<Row>(m_host, std::forward<Arguments>(arguments)...);
+        takeWheel(slot.pRow->root());
         for (FloatEditBox* pBox : slot.pRow->boxes())
             pBox->setNextBox([this, pBox]
                              { return boxAfter(pBox, MyGUI::InputManager::getInstance().isShiftPressed()); });
@@ -76,6 +78,19 @@ Row& PropertyPanel::take(char cKind, std::string_view sLabel, Arguments&&... arg
     m_vecEntries.push_back({.pRow = slot.pRow.get(), .uLine = m_uLine, .uGroup = m_uGroup});
     m_sLastKey = std::move(sKey);
     return static_cast<Row&>(*slot.pRow);
+}
+
+/// The wheel scrolls the panel wherever in a row the mouse is.
+void PropertyPanel::takeWheel(MyGUI::Widget* pWidget)
+{
+    pWidget->eventMouseWheel += MyGUI::newDelegate(this, &PropertyPanel::onWheel);
+    for (size_t i = 0; i < pWidget->getChildCount(); ++i)
+        takeWheel(pWidget->getChildAt(i));
+}
+
+void PropertyPanel::onWheel(MyGUI::Widget*, int iDelta)
+{
+    m_pView->setViewOffset({0, m_pView->getViewOffset().top + (iDelta < 0 ? -1 : 1) * px(s_iWheelStep)});
 }
 
 std::string PropertyPanel::groupPath() const

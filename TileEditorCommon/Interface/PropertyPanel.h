@@ -87,6 +87,8 @@ private:
     [[nodiscard]] std::string groupPath() const;
     [[nodiscard]] bool isOpen(size_t uGroup) const;
     void fold();
+    void takeWheel(MyGUI::Widget* pWidget);
+    void onWheel(MyGUI::Widget* pSender, int iDelta);
     FloatEditBox* boxAfter(const FloatEditBox* pBox, bool bBackwards) const;
 
     MyGUI::ScrollView* m_pView;

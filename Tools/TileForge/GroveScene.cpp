@@ -55,7 +55,9 @@ void furnishGrove(Scene& scene)
         const glm::vec2 below = at + out * scene.roll(8.0f, 11.0f) + glm::vec2(0.0f, scene.roll(-4.0f, 4.0f));
         scene.place(iCliff % 2 == 0 ? "env_rock_granite_large_01" : "env_cliff_ledge_01", below,
                     scene.roll(0.0f, 360.0f),
-                    {.fUp = -0.8f, .fScale = scene.roll(0.7f, 1.0f), .mapColours = {{"Rock", "A8A091"}}});
+                    {.fUp = -0.8f - scene.sinkAt(below, 2.0f),
+                     .fScale = scene.roll(0.7f, 1.0f),
+                     .mapColours = {{"Rock", "A8A091"}}});
         scene.reserve(below, 4.0f);
     }
     const glm::vec2 heart(cliffAt(scene, 128.0f) + 34.0f, 128.0f);
@@ -111,7 +113,8 @@ void furnishGrove(Scene& scene)
                    .fRadius = 1.5f,
                    .fSmallest = 0.6f,
                    .fLargest = 1.2f,
-                   .fSink = 0.2f},
+                   .fSink = 0.2f,
+                   .fFoot = 1.2f},
                   [&](const glm::vec2& at) { return 0.7f * plateau(at); });
     // Boulders and driftwood on the beach.
     const auto beach = [&](const glm::vec2& at)
@@ -129,6 +132,7 @@ void furnishGrove(Scene& scene)
          .fSmallest = 0.6f,
          .fLargest = 1.6f,
          .fSink = 0.2f,
+         .fFoot = 1.2f,
          .vecColours = {{{"Rock", "A8A091"}, {"Moss", "90905A"}}}},
         beach);
     scene.scatter({.vecNames = {"env_trunk_fallen_01"},

@@ -150,7 +150,8 @@ void furnishHamlet(Scene& scene)
                    .fRadius = 0.6f,
                    .fSmallest = 0.4f,
                    .fLargest = 1.0f,
-                   .fSink = 0.1f},
+                   .fSink = 0.1f,
+                   .fFoot = 1.0f},
                   [&](const glm::vec2& at)
                   { return std::abs(at.x - meadowBrookAt(at.y)) < 3.2f ? 1.0f : 0.0f; });
     scene.scatter({.vecNames = {"env_rock_granite_small_01", "env_rock_slab_01", "env_rock_cluster_01",
@@ -159,7 +160,8 @@ void furnishHamlet(Scene& scene)
                    .fRadius = 1.4f,
                    .fSmallest = 0.4f,
                    .fLargest = 0.8f,
-                   .fSink = 0.1f},
+                   .fSink = 0.1f,
+                   .fFoot = 1.0f},
                   [&](const glm::vec2& at) { return away(at) > 0.3f ? 0.3f : 0.0f; });
 }
 

@@ -87,7 +87,7 @@ void buildKeep(Scene& scene, const Frame& frame)
         if (std::abs(std::cos(fAngle)) < 0.3f && std::sin(fAngle) > 0.0f)
             continue;
         scene.place(i % 3 == 0 ? "env_ruin_pillar_broken_01" : "env_ruin_rubble_01", at,
-                    scene.roll(0.0f, 360.0f), {.fUp = -0.15f, .mapColours = {}});
+                    scene.roll(0.0f, 360.0f), {.fUp = -0.15f - scene.sinkAt(at, 0.8f), .mapColours = {}});
         scene.reserve(at, 1.6f);
     }
 }
@@ -120,7 +120,7 @@ void furnishRuin(Scene& scene)
                     : i % 3 == 1 ? "env_fence_stone_4m_01"
                                  : "env_fence_stone_2m_01",
                     at, 57.29578f * fAngle + 90.0f + scene.roll(-8.0f, 8.0f),
-                    {.fUp = -0.35f, .mapColours = {}});
+                    {.fUp = -0.35f - scene.sinkAt(at, 2.0f), .mapColours = {}});
         scene.reserve(at, 2.4f);
     }
     const std::vector<std::map<std::string, std::string>> vecStone{
@@ -132,6 +132,7 @@ void furnishRuin(Scene& scene)
          .fSmallest = 0.55f,
          .fLargest = 1.0f,
          .fSink = 0.5f,
+         .fFoot = 2.6f,
          .vecColours = vecStone},
         [&](const glm::vec2& at)
         { return around(at, 19.0f, 70.0f) * std::clamp(2.5f * scene.steepAt(at), 0.1f, 1.0f); });
@@ -142,6 +143,7 @@ void furnishRuin(Scene& scene)
                    .fSmallest = 0.6f,
                    .fLargest = 1.3f,
                    .fSink = 0.25f,
+                   .fFoot = 1.7f,
                    .vecColours = vecStone},
                   [&](const glm::vec2& at)
                   { return around(at, 14.0f, 80.0f) * std::clamp(2.0f * scene.steepAt(at), 0.25f, 1.0f); });

@@ -135,8 +135,8 @@ void Scene::scatter(const Scatter& scatter, const std::function<float(const glm:
             continue;
         const auto pick = [&](size_t uCount)
         { return std::min(static_cast<size_t>(roll(0.0f, static_cast<float>(uCount))), uCount - 1); };
-        PlaceOptions options{
-            .fUp = -scatter.fSink, .fScale = roll(scatter.fSmallest, scatter.fLargest), .mapColours = {}};
+        PlaceOptions options{.fScale = roll(scatter.fSmallest, scatter.fLargest), .mapColours = {}};
+        options.fUp = -scatter.fSink - sinkAt(at, scatter.fFoot * options.fScale);
         if (!scatter.vecColours.empty())
             options.mapColours = scatter.vecColours[pick(scatter.vecColours.size())];
         place(scatter.vecNames[pick(scatter.vecNames.size())], at, roll(0.0f, 360.0f), options);

@@ -62,6 +62,8 @@ public:
 
     // Things
 
+    /// How far a thing must be sunk so that no side of its foot, half as wide as told, hangs in the air.
+    [[nodiscard]] float sinkAt(const glm::vec2& at, float fFoot) const { return 0.8f * steepAt(at) * fFoot; }
     /// On the ground.
     void place(const std::string& sName, const glm::vec2& at, float fDegrees,
                const PlaceOptions& options = {});
@@ -80,7 +82,8 @@ public:
         float fRadius = 1.0f; ///< that each keeps free
         float fSmallest = 0.85f;
         float fLargest = 1.2f;
-        float fSink = 0.0f;                                         ///< metres
+        float fSink = 0.0f; ///< metres
+        float fFoot = 0.3f; ///< half as wide as what touches the ground; sunk by more on a slope
         std::vector<std::map<std::string, std::string>> vecColours; ///< one is picked for each
     };
     /// Tries places at random where the function says how likely one is, 0 to 1.

@@ -38,10 +38,42 @@ bool AssetEntityType::addSets(const std::string& sListPath, const Uuid& origin)
         return false;
     m_setReadFiles.insert(sListPath);
     const terrain::AssetSetList list = terrain::readAssetSetList(*jList);
-    for (const terrain::AssetSetRef& ref : list.vecSets)
+    // Within an item its own folder has a name that fits all items.
+    const std::string sKey = origin.isNil() ? std::string() : sListPath.substr(0, sListPath.find('/'));
+    for (terrain::AssetSetRef ref : list.vecSets)
+    {
+        if (!origin.isNil())
+            ref.sSet = DirectoryManager::replaceGenericKey(ref.sSet, sKey);
         readSet(ref, list.sIconDirectory, origin);
+    }
     ++m_uDatabaseRevision;
     return true;
+}
+
+bool AssetEntityType::knowsOrigin(const Uuid& origin) const
+{
+    return std::any_of(m_vecUuids.begin(), m_vecUuids.end(),
+                       [&](const Uuid& uuid) { return originOf(uuid) == origin; });
+}
+
+Uuid AssetEntityType::originOf(const Uuid& uuid) const
+{
+    const auto* pAsset = dynamic_cast<const EditorAsset*>(findAssetOrNull(uuid));
+    return pAsset ? pAsset->uOriginUuid : Uuid{};
+}
+
+void AssetEntityType::removeSets(const Uuid& origin)
+{
+    for (const Uuid& uuid : m_vecUuids)
+        if (auto* pAsset = dynamic_cast<EditorAsset*>(findAssetOrNull(uuid));
+            pAsset && pAsset->uOriginUuid == origin)
+        {
+            pAsset->uFlags |= EditorAsset::s_uHidden;
+            m_setReadFiles.erase(pAsset->strSet);
+        }
+    const std::string sKey = "$CONTENT_" + origin.text() + "/";
+    std::erase_if(m_setReadFiles, [&](const std::string& sPath) { return sPath.starts_with(sKey); });
+    ++m_uDatabaseRevision;
 }
 
 void AssetEntityType::readSet(const terrain::AssetSetRef& ref, const std::string& sIconDirectory,

@@ -56,6 +56,11 @@ EntityKind AssetEntityType::makeKind(std::unique_ptr<AssetEntityType> pType)
     kind.vecRecords.push_back(std::make_unique<AssetRecords>(type, type.m_host));
     kind.pShapes = &type;
     kind.pColors = &type;
+    kind.fnContent = [&type](uint32_t uId)
+    {
+        const EditorAssetInstance* pInstance = type.instance(uId);
+        return pInstance ? type.originOf(pInstance->uuid) : Uuid{};
+    };
     kind.fnFillPlacement = [](const EditorToolState& tools, EntityCreateArgs& args)
     {
         auto pPayload = std::make_shared<EntityCreateArgs::Asset>();
@@ -120,6 +125,13 @@ bool AssetEntityType::create(EntityCreateArgs& args, std::span<const uint64_t> /
     pInstance->setTags = pPayload->setTags;
     pInstance->centerOffset = pAsset->pRenderable->model().box.centre();
     return QM_ASSERT(addInstance(std::move(pInstance)) != nullptr);
+}
+
+void AssetEntityType::onAssetReplaced(AssetInstance& instance)
+{
+    auto& changed = static_cast<EditorAssetInstance&>(instance); // create() makes no others
+    changed.centerOffset = changed.pAsset->pRenderable->model().box.centre();
+    m_host.onInstanceChanged(changed.uEntityId, 0);
 }
 
 void AssetEntityType::remove(uint32_t uId, bool /*bRemoveLinks*/)

@@ -56,6 +56,13 @@ public:
     /// that they belong to. False: the list can't be read, reported.
     bool addSets(const std::string& sListPath, const Uuid& origin);
 
+    /// Whether an asset of a content item is there.
+    [[nodiscard]] bool knowsOrigin(const Uuid& origin) const;
+    /// The content item that an asset comes from; nil for the game's own and unknown ones.
+    [[nodiscard]] Uuid originOf(const Uuid& uuid) const;
+    /// Takes a content item's assets out of the library. What is placed of them stays.
+    void removeSets(const Uuid& origin);
+
     /// In the order of loading, hidden ones too.
     [[nodiscard]] std::span<const Uuid> getAssetUuids() const { return m_vecUuids; }
     [[nodiscard]] const std::map<std::string, size_t>& categoryCounts() const { return m_mapCategoryCount; }
@@ -126,6 +133,10 @@ public:
 
     [[nodiscard]] std::optional<RayHit> castRay(uint32_t uId, const glm::vec3& from,
                                                 const glm::vec3& to) const override;
+
+protected:
+    /// The box may be another one.
+    void onAssetReplaced(AssetInstance& instance) override;
 
 private:
     void readSet(const terrain::AssetSetRef& ref, const std::string& sIconDirectory, const Uuid& origin);

@@ -8,6 +8,8 @@
 #include "TileEditorCommon/Entities/Asset/AssetEntityType.h"
 
 #include <glm/geometric.hpp>
+#include <tbb/parallel_for_each.h>
+#include <unordered_set>
 
 namespace tilebuilder
 {
@@ -16,6 +18,25 @@ namespace
 {
 
 constexpr std::array<float, 3> s_arrLevelBounds{8.0f, 24.0f, 72.0f}; ///< metres
+
+/// Reads the models that creating will ask for, side by side.
+void loadModels(const AssetEntityType& type, const std::vector<tile::AssetRecord>& vecRecords)
+{
+    std::unordered_set<const resource::Renderable*> setRenderables;
+    const Uuid* pLast = nullptr;
+    for (const tile::AssetRecord& record : vecRecords)
+    {
+        if (pLast && *pLast == record.uuid) // often in a row
+            continue;
+        pLast = &record.uuid;
+        if (const terrain::AssetRendering::Asset* pAsset = type.findAssetOrNull(record.uuid))
+            setRenderables.insert(pAsset->pRenderable.get());
+    }
+    const std::vector<const resource::Renderable*> vecRenderables(setRenderables.begin(),
+                                                                  setRenderables.end());
+    tbb::parallel_for_each(vecRenderables.begin(), vecRenderables.end(),
+                           [](const resource::Renderable* pRenderable) { (void)pRenderable->model(); });
+}
 
 } // namespace
 
@@ -77,6 +98,7 @@ bool AssetRecords::read(std::span<const std::byte> spanRecords, uint32_t uCount,
     std::vector<tile::AssetRecord> vecRecords;
     if (!tile::readRecords(cursor, {.uCount = uCount, .uVersion = uVersion, .origin = origin}, vecRecords))
         return false;
+    loadModels(m_type, vecRecords);
     vecArgs.reserve(vecArgs.size() + vecRecords.size());
     for (tile::AssetRecord& record : vecRecords)
     {

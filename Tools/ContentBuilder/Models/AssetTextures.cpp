@@ -146,12 +146,12 @@ Bytes paintBark(Bytes& vecNormal, Bytes& vecAsg)
             const float fGroove = 1.0f - smoothStep(0.02f, 0.22f, plate.fEdge);
             const float fGrain = fractal(u, v, 20, 3, 934, 0.6f);
             Texel texel;
-            texel.colour = tone(0.80f + 0.14f * (plate.fValue - 0.5f) + 0.09f * fGrain - 0.25f * fGroove);
+            texel.colour = tone(0.80f + 0.14f * (plate.fValue - 0.5f) + 0.09f * fGrain - 0.20f * fGroove);
             texel.fHeight = 2.5f * (1.0f - fGroove) + plate.fValue + 0.6f * fGrain;
             texel.fGloss = 0.08f;
             return texel;
         });
-    return finish(canvas, 1.1f, 0.45f, vecNormal, vecAsg);
+    return finish(canvas, 0.9f, 0.3f, vecNormal, vecAsg);
 }
 
 Bytes paintBirch(Bytes& vecNormal, Bytes& vecAsg)
