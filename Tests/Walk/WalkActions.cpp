@@ -22,6 +22,7 @@ void selectSome(WalkWorld& walk)
         if (const Entity entity = walk.someEntity())
             vecChosen.push_back(entity);
     walk.editor().entities()->select(vecChosen);
+    walk.showProperties();
 }
 
 /// A command of the menu on something that is selected.

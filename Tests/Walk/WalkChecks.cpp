@@ -96,6 +96,11 @@ void WalkChecks::checkList()
 void WalkChecks::checkSelection()
 {
     const Entities& entities = m_walk.entities();
+    m_walk.showProperties();
+    EXPECT_TRUE(m_walk.editor().toolState().colorTargetKind != ColorTargetEntity ||
+                std::ranges::any_of(entities.selected(),
+                                    [&](const Entity& entity) { return !entities.colors(entity).empty(); }))
+        << "colours of nothing are edited";
     std::set<uint32_t> setSelected;
     for (const Entity& entity : entities.selected())
     {

@@ -3,6 +3,7 @@
 #include "KestrelCommon/Core/Random.h"
 #include "KestrelCommon/Platform/VirtualKeys.h"
 #include "Tests/Editor/EditorWorld.h"
+#include "Tests/Support/RecordingPanel.h"
 #include "TileEditorCommon/Contracts/EntityListI.h"
 #include "TileEditorCommon/Contracts/LibrarySourceI.h"
 #include "TileEditorCommon/Entities/Asset/AssetArgs.h"
@@ -139,6 +140,12 @@ public:
         if (bShift)
             key(KeyShift, false);
         key(KeyControl, false);
+    }
+    /// As the window does in every frame.
+    void showProperties()
+    {
+        RecordingPanel panel;
+        editor().entities()->displayProperties(entities().active(), panel);
     }
     /// What was done becomes a step now, as when the document is about to be left.
     void settle()
