@@ -16,14 +16,17 @@ ColorMap readColors(const Json::Value& jColors, const std::string& sAsset)
     ColorMap mapColors;
     if (!jColors.isObject())
         return mapColors;
-    for (const std::string& sSlot : jColors.getMemberNames())
+    for (auto it = jColors.begin(); it != jColors.end(); ++it)
     {
-        const std::string sColor = jsonText(jColors, sSlot.c_str());
+        const char* pSlotEnd = nullptr;
+        const char* pSlot = it.memberName(&pSlotEnd);
+        const std::string_view sSlot(pSlot, static_cast<size_t>(pSlotEnd - pSlot));
+        const std::string_view sColor = jsonView(*it);
         const auto color = parseColor(sColor);
         if (!color)
             QM_LOG_WARNING("Asset '", sAsset, "': the colour '", sColor, "' of '", sSlot,
                            "' can't be read, white is used");
-        mapColors[sSlot] = color.value_or(0xFFFFFFFF);
+        mapColors.insert_or_assign(mapColors.end(), std::string(sSlot), color.value_or(0xFFFFFFFF));
     }
     return mapColors;
 }
@@ -83,28 +86,28 @@ std::vector<AssetEntry> readAssetSet(const Json::Value& jRoot)
     const Json::Value& jList = jsonMember(jRoot, "assetListRenderable");
     if (!jList.isArray())
         return vecEntries;
+    vecEntries.reserve(jList.size());
     for (const Json::Value& jAsset : jList)
     {
         const Json::Value& jRenderable = jsonMember(jAsset, "renderable");
         if (!jRenderable.isString() && !jRenderable.isObject())
             continue;
-        const std::string sUuid = jsonText(jAsset, "uuid");
+        const std::string_view sUuid = jsonView(jsonMember(jAsset, "uuid"));
         const auto uuid = Uuid::parse(sUuid);
         if (!uuid || uuid->isNil())
         {
             QM_LOG_ERROR("Terrain Asset Parse uuid : ", sUuid);
             continue;
         }
-        AssetEntry entry;
+        AssetEntry& entry = vecEntries.emplace_back();
         entry.uuid = *uuid;
-        entry.sName = jsonText(jAsset, "name");
+        entry.sName = jsonView(jsonMember(jAsset, "name"));
         if (jRenderable.isString())
-            entry.sRenderable = jRenderable.asString();
+            entry.sRenderable = jsonView(jRenderable);
         else
             entry.renderable = resource::readRenderable(jRenderable);
         entry.mapDefaultColors = readColors(jsonMember(jAsset, "defaultColors"), entry.sName);
         entry.bHidden = jsonBool(jAsset, "hidden", false);
-        vecEntries.push_back(std::move(entry));
     }
     return vecEntries;
 }

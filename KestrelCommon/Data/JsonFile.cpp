@@ -1,21 +1,39 @@
 #include "KestrelCommon/Data/JsonFile.h"
 
 #include "KestrelCommon/Core/Console.h"
+#include "KestrelCommon/Data/PlainJson.h"
 #include "KestrelCommon/Io/SafeFile.h"
 #include "KestrelCommon/Services/DirectoryManager.h"
 
 #include <json/json.h>
 
+namespace
+{
+
+/// A reader forgets all about one text before the next. Its settings cost more than a small text.
+Json::CharReader& reader()
+{
+    thread_local const std::unique_ptr<Json::CharReader> s_pReader = []
+    {
+        Json::CharReaderBuilder builder;
+        builder["collectComments"] = false;
+        builder["stackLimit"] = 200; // nesting; deeper input throws
+        return std::unique_ptr<Json::CharReader>(builder.newCharReader());
+    }();
+    return *s_pReader;
+}
+
+} // namespace
+
 std::optional<Json::Value> parseJson(std::string_view sText, std::string& sError)
 {
-    Json::CharReaderBuilder builder;
-    builder["collectComments"] = false;
-    builder["stackLimit"] = 200; // nesting; deeper input throws
-    const std::unique_ptr<Json::CharReader> pReader(builder.newCharReader());
-    Json::Value jRoot;
+    std::optional<Json::Value> jRoot(std::in_place);
+    if (parsePlainJson(sText, *jRoot))
+        return jRoot;
+    jRoot.emplace();
     try
     {
-        if (!pReader->parse(sText.data(), sText.data() + sText.size(), &jRoot, &sError))
+        if (!reader().parse(sText.data(), sText.data() + sText.size(), &*jRoot, &sError))
             return std::nullopt;
     }
     catch (const Json::Exception& exception)
@@ -49,10 +67,18 @@ const Json::Value& jsonMember(const Json::Value& jObject, const char* pKey)
     return Json::Value::nullSingleton();
 }
 
+std::string_view jsonView(const Json::Value& jValue)
+{
+    const char* pBegin = nullptr;
+    const char* pEnd = nullptr;
+    return jValue.getString(&pBegin, &pEnd) ? std::string_view(pBegin, static_cast<size_t>(pEnd - pBegin))
+                                            : std::string_view();
+}
+
 std::string jsonText(const Json::Value& jObject, const char* pKey, std::string_view sDefault)
 {
     const Json::Value& jMember = jsonMember(jObject, pKey);
-    return jMember.isString() ? jMember.asString() : std::string(sDefault);
+    return std::string(jMember.isString() ? jsonView(jMember) : sDefault);
 }
 
 double jsonNumber(const Json::Value& jObject, const char* pKey, double fDefault)

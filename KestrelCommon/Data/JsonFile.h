@@ -12,6 +12,9 @@
 /// not found!", one that doesn't parse "Failed to parse file '" path "':" and the messages.
 [[nodiscard]] std::optional<Json::Value> readJsonFile(std::string_view sPath);
 
+/// A text as it lies in the value, as long as that does; empty for anything else.
+[[nodiscard]] std::string_view jsonView(const Json::Value& jValue);
+
 /// Members of an object with a default for a missing one or one of another type; any value,
 /// an array too, may be given for the object.
 [[nodiscard]] std::string jsonText(const Json::Value& jObject, const char* pKey,

@@ -109,8 +109,13 @@ void Desktop::click(int iX, int iY)
 
 void Desktop::type(const std::string& sText)
 {
+    static const std::map<char, std::string> s_mapNames{
+        {' ', "space"}, {'.', "period"}, {'?', "question"}, {'|', "bar"}};
     for (const char c : sText)
-        act({"key", std::string(1, c)});
+    {
+        const auto it = s_mapNames.find(c);
+        act({"key", it == s_mapNames.end() ? std::string(1, c) : it->second});
+    }
 }
 
 Screenshot Desktop::look()
