@@ -1,9 +1,8 @@
-// Assets by the ten thousands: picking, creating, moving, removing, adding one more.
+// Assets by the ten thousands: picking one, adding one more.
 
 #include "Benchmarks/AssetScene.h"
 #include "Benchmarks/Harness.h"
 
-#include <BulletCollision/BroadphaseCollision/btDbvtBroadphase.h>
 #include <algorithm>
 #include <chrono>
 #include <glm/geometric.hpp>
@@ -87,148 +86,6 @@ int picking(AssetScene& scene)
                  .fnEqual = equal});
 }
 
-/// A place for each in Bullet's tree, without pairs.
-class Proxies
-{
-public:
-    void add(const std::vector<glm::vec3>& vecPlaces)
-    {
-        for (const glm::vec3& place : vecPlaces)
-            m_vecProxies.push_back(m_broadphase.createProxy(lowest(place), highest(place),
-                                                            SPHERE_SHAPE_PROXYTYPE, nullptr, 4, 1, nullptr));
-    }
-    void move(const std::vector<glm::vec3>& vecPlaces)
-    {
-        for (size_t i = 0; i < vecPlaces.size(); ++i)
-            m_broadphase.setAabb(m_vecProxies[i], lowest(vecPlaces[i]), highest(vecPlaces[i]), nullptr);
-    }
-    void remove()
-    {
-        for (btBroadphaseProxy* pProxy : m_vecProxies)
-            m_broadphase.destroyProxy(pProxy, nullptr);
-        m_vecProxies.clear();
-    }
-    [[nodiscard]] bool standsAt(size_t i, const glm::vec3& place) const
-    {
-        return m_vecProxies[i]->m_aabbMin == lowest(place);
-    }
-
-private:
-    static constexpr float s_fRadius = 0.75f;
-    static btVector3 lowest(const glm::vec3& at)
-    {
-        return {at.x - s_fRadius, at.y - s_fRadius, at.z - s_fRadius};
-    }
-    static btVector3 highest(const glm::vec3& at)
-    {
-        return {at.x + s_fRadius, at.y + s_fRadius, at.z + s_fRadius};
-    }
-
-    btNullPairCache m_pairs;
-    btDbvtBroadphase m_broadphase{&m_pairs};
-    std::vector<btBroadphaseProxy*> m_vecProxies;
-};
-
-/// One work after the other, so that each part can be seen; the sum is what counts.
-int living(AssetScene& scene)
-{
-    Entities& entities = scene.entities;
-    scene.fill();
-    std::vector<glm::vec3> vecPlaces;
-    std::vector<glm::vec3> vecMoved;
-    std::vector<Transform> vecPivots;
-    for (const Entity& entity : entities.all())
-    {
-        const Transform pivot = entities.pivot(entity);
-        vecPlaces.push_back(pivot.position);
-        vecPivots.push_back(pivot);
-        vecPivots.back().position += glm::vec3(2.0f, 1.0f, 0.5f);
-        vecMoved.push_back(vecPivots.back().position);
-    }
-    const std::vector<EntityCreateArgs> vecArgs = scene.args(SceneAssets);
-    std::vector<EntityCreateArgs> vecNew;
-    Proxies proxies;
-    const auto create = [&] { entities.createEntities(std::move(vecNew)); };
-    const auto move = [&]
-    {
-        const std::span<const Entity> spanAll = entities.all();
-        for (size_t i = 0; i < spanAll.size(); ++i)
-            entities.setPivot(spanAll[i], vecPivots[i]);
-    };
-    const auto remove = [&]
-    {
-        while (entities.count() > 0)
-            entities.removeEntity(entities.all().back(), false);
-    };
-    const auto prepare = [&]
-    {
-        scene.open();
-        vecNew = vecArgs;
-    };
-    const auto prepareMove = [&]
-    {
-        prepare();
-        create();
-    };
-    const auto equal = [&]
-    {
-        prepareMove();
-        proxies.remove();
-        proxies.add(vecPlaces);
-        move();
-        proxies.move(vecMoved);
-        bool bEqual = entities.count() == vecMoved.size();
-        for (size_t i = 0; bEqual && i < vecMoved.size(); ++i)
-            bEqual = proxies.standsAt(i, vecMoved[i]) &&
-                     glm::length(entities.pivot(entities.all()[i]).position - vecMoved[i]) < 1.0e-3f;
-        return bEqual;
-    };
-    run({.sName = "create 50,000 assets",
-         .fnFloor = [&] { proxies.add(vecPlaces); },
-         .fnProduct = create,
-         .fnBeforeFloor = [&] { proxies.remove(); },
-         .fnBeforeProduct = prepare});
-    run({.sName = "move 50,000 assets",
-         .fnFloor = [&] { proxies.move(vecMoved); },
-         .fnProduct = move,
-         .fnBeforeFloor =
-             [&]
-         {
-             proxies.remove();
-             proxies.add(vecPlaces);
-         },
-         .fnBeforeProduct = prepareMove});
-    run({.sName = "remove 50,000 assets",
-         .fnFloor = [&] { proxies.remove(); },
-         .fnProduct = remove,
-         .fnBeforeFloor =
-             [&]
-         {
-             proxies.remove();
-             proxies.add(vecMoved);
-         },
-         .fnBeforeProduct = prepareMove});
-    proxies.remove();
-    return !run({.sName = "create, move and remove 50,000 assets",
-                 .fLimit = 3.0,
-                 .fnFloor =
-                     [&]
-                 {
-                     proxies.add(vecPlaces);
-                     proxies.move(vecMoved);
-                     proxies.remove();
-                 },
-                 .fnProduct =
-                     [&]
-                 {
-                     create();
-                     move();
-                     remove();
-                 },
-                 .fnEqual = equal,
-                 .fnBeforeProduct = prepare});
-}
-
 /// Milliseconds of the median of 1,000 additions, one by one.
 double medianOfAdding(AssetScene& scene, std::vector<EntityCreateArgs> vecArgs)
 {
@@ -272,7 +129,7 @@ int entityWork()
     AssetScene scene(world);
     scene.fill();
     const int iMissed = picking(scene);
-    return iMissed + living(scene) + adding(scene);
+    return iMissed + adding(scene);
 }
 
 const Registration s_entities(&entityWork);
