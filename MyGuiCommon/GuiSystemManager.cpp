@@ -250,13 +250,24 @@ void GuiSystemManager::update()
         MyGUI::Widget* pWidget = std::exchange(m_pCore->pWantsFocus, nullptr);
         MyGUI::InputManager::getInstance().setKeyFocusWidget(pWidget);
     }
-    if (m_settings.fnSetCursor)
-        m_settings.fnSetCursor(shapeOf(m_sPointer));
+    updateCursor();
     if (const bool bEditing = isEditing(); m_textInput != bEditing && m_settings.fnSetTextInput)
     {
         m_textInput = bEditing;
         m_settings.fnSetTextInput(bEditing);
     }
+}
+
+void GuiSystemManager::updateCursor()
+{
+    if (m_settings.fnSetCursor)
+        m_settings.fnSetCursor(m_iBusy > 0 ? CursorShape::Wait : shapeOf(m_sPointer));
+}
+
+void GuiSystemManager::setBusy(bool bBusy)
+{
+    m_iBusy = std::max(0, m_iBusy + (bBusy ? 1 : -1));
+    updateCursor();
 }
 
 void GuiSystemManager::draw(float fDt, rend::TargetHandle target)

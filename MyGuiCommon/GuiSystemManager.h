@@ -89,6 +89,9 @@ public:
     /// Moves animations on by dt seconds and draws over what the target holds; null: the window's.
     void draw(float fDt, rend::TargetHandle target = {});
 
+    /// From true to false the pointer says that the program is busy; calls nest.
+    void setBusy(bool bBusy);
+
     // Focus
 
     /// Gives the keyboard to the widget at the next update(); null takes it away. A request for a
@@ -115,6 +118,7 @@ private:
     explicit GuiSystemManager(GuiSettings settings);
     bool start();
     void stop();
+    void updateCursor();
     bool closeMenus();
     void onPointer(const std::string& sPointer);
     void onClipboardChanged(const std::string& sType, const std::string& sText);
@@ -129,5 +133,6 @@ private:
     std::unique_ptr<Core> m_pCore;
     std::vector<GuiReloadListener*> m_vecListeners;
     std::optional<bool> m_textInput; ///< what the platform was told last
+    int m_iBusy = 0;                 ///< how much work goes on
     std::string m_sPointer;          ///< shape that the widget under the mouse asks for
 };

@@ -146,6 +146,7 @@ void TileEditorStandalone::drawFrame(float dt)
     view.view = m_camera.viewMatrix();
     view.projection = m_camera.projectionMatrix();
     m_pRenderer->render({}, m_iWidth, m_iHeight, view);
+    hideStart();
     m_statistics.addRender((FrameClock::seconds() - fBegin) * 1000.0, m_pDevice->gpuMilliseconds());
     m_pGuiSystemManager->update();
     m_pInterface->updateOverlay(static_cast<uint32_t>(m_statistics.frames()), m_statistics.cpuMilliseconds(),

@@ -26,7 +26,9 @@
 #include "TileEditorCommon/Interface/KeyBindings.h"
 #include "TileEditorCommon/Interface/TileEditorInterface.h"
 
+#include <filesystem>
 #include <unistd.h>
+#include <utility>
 
 namespace
 {
@@ -35,6 +37,8 @@ namespace
 constexpr int s_iBatchWidth = 1920;
 constexpr int s_iBatchHeight = 1080;
 constexpr size_t s_uDebugLineVertices = 2048;
+/// Behind the notice of the start.
+constexpr std::array<float, 4> s_arrStartColour{0.12f, 0.13f, 0.15f, 1.0f};
 
 /// The window's own context, as the device wants it.
 class WindowContext : public rend::GlContextI
@@ -76,6 +80,8 @@ bool TileEditorStandalone::setUp(const CommandLine& line, bool bBackgroundLoadin
     if (!setUpDirectories())
         return false;
     const ScopeTimer timer("SETUP TILE EDITOR");
+    if (m_pWindow)
+        m_pWindow->setCursor(CursorShape::Wait);
     BugSplatUtil::addFile(m_pDirectoryManager->settingsFile());
     BugSplatUtil::setTempFolder(m_pDirectoryManager->tempFolder());
     QM_LOG("Setup editor width: ", m_iWidth, " height: ", m_iHeight);
@@ -93,8 +99,10 @@ bool TileEditorStandalone::setUp(const CommandLine& line, bool bBackgroundLoadin
     setUpCamera();
     if (!setUpGui())
         return false;
+    showStart(0.3f);
     setUpContent(line);
     setUpEditor();
+    showStart(0.7f);
     m_bReady = true;
     return true;
 }
@@ -130,6 +138,9 @@ bool TileEditorStandalone::setUpDevice()
     settings.iWidth = m_iWidth;
     settings.iHeight = m_iHeight;
     settings.cacheFolder = m_pDirectoryManager->shaderCacheFolder();
+    std::error_code error;
+    m_bFirstStart = !std::filesystem::exists(settings.cacheFolder, error) ||
+                    std::filesystem::is_empty(settings.cacheFolder, error);
     m_pDevice = rend::createGlDevice(*m_pContext, settings);
     return m_pDevice != nullptr;
 }
@@ -183,6 +194,32 @@ bool TileEditorStandalone::setUpGui()
     return true;
 }
 
+/// Says what goes on until the first picture of a tile is there, which hides it.
+void TileEditorStandalone::showStart(float fDone)
+{
+    if (!m_pWindow)
+        return;
+    if (!std::exchange(m_bStarting, true))
+        m_pGuiSystemManager->setBusy(true);
+    m_pPopUpManager->showProgress(
+        m_bFirstStart ? "Preparing shaders and textures, once only" : "Starting the editor", fDone);
+    m_pDevice->beginPass({}, {.arrColour = s_arrStartColour});
+    m_pDevice->endPass();
+    m_pGuiSystemManager->update();
+    m_pGuiSystemManager->draw(0.0f);
+    if (!m_pDevice->present())
+        QM_LOG_WARNING("The start can't be shown");
+}
+
+/// The picture that is drawn next shows what was prepared.
+void TileEditorStandalone::hideStart()
+{
+    if (!std::exchange(m_bStarting, false))
+        return;
+    m_pPopUpManager->hideProgress();
+    m_pGuiSystemManager->setBusy(false);
+}
+
 void TileEditorStandalone::setUpContent(const CommandLine& line)
 {
     const ScopeTimer timer("SETUP CONTENT ITEMS");
@@ -223,8 +260,8 @@ void TileEditorStandalone::setUpEditor()
     m_pTileEditor = std::make_unique<tilebuilder::TileEditor>(services, true, 0);
     m_pKeyBindings = std::make_unique<tilebuilder::KeyBindings>(*m_pInputManager);
     m_pInterface = std::make_unique<tilebuilder::TileEditorInterface>(
-        tilebuilder::InterfaceParts{*m_pGuiSystemManager, *m_pPopUpManager, *m_pTileEditor, *m_pKeyBindings, true,
-                                    [this] { drawFrame(0.0f); }});
+        tilebuilder::InterfaceParts{*m_pGuiSystemManager, *m_pPopUpManager, *m_pTileEditor, *m_pKeyBindings,
+                                    true, [this] { drawFrame(0.0f); }});
     m_pTileEditor->setInterface(m_pInterface.get());
 }
 

@@ -77,6 +77,8 @@ private:
     bool setUpGui();
     void setUpContent(const CommandLine& line);
     void setUpEditor();
+    void showStart(float fDone);
+    void hideStart();
     void shutDown();
 
     // Frame loop, in FrameLoop.cpp
@@ -117,6 +119,8 @@ private:
     int32_t m_uFov = 45; ///< degrees
     bool m_bReady = false;
     bool m_bFirstFrame = true;
-    double m_fStart; ///< seconds, for the time to the first frame
+    bool m_bStarting = false;   ///< the notice shows
+    bool m_bFirstStart = false; ///< nothing is in the caches yet
+    double m_fStart;            ///< seconds, for the time to the first frame
     FrameStatistics m_statistics;
 };

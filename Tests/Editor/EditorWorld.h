@@ -35,13 +35,21 @@ struct FakeInterface : tilebuilder::EditorInterfaceI
         sQuestion = sText;
         fnOnYes = std::move(fnYes);
     }
-    void showProgress(std::string_view, float) override {}
+    void showProgress(std::string_view, float) override { ++iProgress; }
     void hideProgress() override {}
+    void setBusy(bool bBusy) override
+    {
+        iBusy += bBusy ? 1 : -1;
+        iBusyTimes += bBusy;
+    }
 
     bool bOverWidget = false;
     bool bTileSettings = false;
     uint8_t uPanels = 99;
     int iSaveAs = 0;
+    int iProgress = 0; ///< frames of progress
+    int iBusy = 0;     ///< how much work goes on
+    int iBusyTimes = 0;
     std::string sMessage;
     std::string sQuestion;
     std::function<void()> fnOnYes;

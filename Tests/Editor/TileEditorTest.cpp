@@ -78,6 +78,26 @@ TEST_F(TileEditorTest, savingMakesTheUsersItemAndOpeningBringsTheGroundBack)
     EXPECT_EQ(m_world.windows.sMessage, "");
 }
 
+TEST_F(TileEditorTest, longWorkShowsItselfAndThePointerIsFreeAfterwards)
+{
+    FakeInterface& windows = m_world.windows;
+    m_editor.newTile(8);
+    EXPECT_EQ(windows.iBusyTimes, 1);
+    EXPECT_EQ(windows.iProgress, 0);
+    m_editor.saveAs("Wide", "");
+    EXPECT_EQ(windows.iBusyTimes, 2);
+    EXPECT_GT(windows.iProgress, 0) << "a save of 64 cells is long";
+    const std::string sWide = m_editor.pathStack().front();
+    m_editor.newTile(1);
+    const int iProgress = windows.iProgress;
+    m_editor.saveAs("Small", "");
+    EXPECT_EQ(windows.iProgress, iProgress) << "a box for a blink would only flicker";
+    EXPECT_FALSE(m_editor.openTile("$GAME_DATA/none.tile", false));
+    EXPECT_TRUE(m_editor.openTile(sWide, false));
+    EXPECT_GT(windows.iBusyTimes, 4);
+    EXPECT_EQ(windows.iBusy, 0);
+}
+
 TEST_F(TileEditorTest, tilesAreListedWithTheirPictureWhereThereIsOne)
 {
     m_editor.saveAs("Hill", "");

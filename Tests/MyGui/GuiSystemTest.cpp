@@ -115,6 +115,18 @@ TEST_F(GuiSystemTest, cursorTakesTheShapeThatAnEditBoxAsksFor)
     EXPECT_EQ(m_eCursor, CursorShape::Arrow);
 }
 
+TEST_F(GuiSystemTest, busyPointerStaysUntilAllWorkIsDone)
+{
+    m_pGui->setBusy(true);
+    EXPECT_EQ(m_eCursor, CursorShape::Wait) << "at once, for no frame may come for a while";
+    m_pGui->setBusy(true);
+    m_pGui->setBusy(false);
+    m_pGui->update();
+    EXPECT_EQ(m_eCursor, CursorShape::Wait);
+    m_pGui->setBusy(false);
+    EXPECT_EQ(m_eCursor, CursorShape::Arrow);
+}
+
 TEST_F(GuiSystemTest, copyAndPasteGoThroughThePlatform)
 {
     auto* pEdit = MyGUI::Gui::getInstance().createWidget<MyGUI::EditBox>(

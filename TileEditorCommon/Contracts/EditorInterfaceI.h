@@ -57,6 +57,8 @@ public:
     /// Shows or, at the end, hides progress on long work; draws a frame at once. 0 to 1.
     virtual void showProgress(std::string_view sName, float fDone) = 0;
     virtual void hideProgress() = 0;
+    /// From true to false the pointer says that the program is busy; calls nest.
+    virtual void setBusy(bool /*bBusy*/) {}
 };
 
 } // namespace tilebuilder

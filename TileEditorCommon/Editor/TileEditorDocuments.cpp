@@ -71,6 +71,7 @@ void TileEditor::requestNewTile(int32_t iSize)
 
 void TileEditor::newTile(int32_t iSize)
 {
+    const BusyScope busy(m_pInterface);
     closeDocument();
     m_vecPathStack.clear();
     if (!QM_ASSERT(m_pTile == nullptr))
@@ -110,6 +111,7 @@ bool TileEditor::openTile(const std::string& sPath, bool bForget)
         dropCachedTile(sPath);
     else if (sPath == documentPath() || m_mapCachedTileStates.contains(sPath))
     {
+        const BusyScope busy(m_pInterface);
         // Leaving the open document first puts it among those that can be returned to.
         closeDocument();
         return returnToTile(sPath);

@@ -4,6 +4,7 @@
 #include "KestrelCommon/Data/JsonFile.h"
 #include "KestrelCommon/Services/DirectoryManager.h"
 #include "TileEditorCommon/Editor/GroundView.h"
+#include "TileEditorCommon/Editor/ProgressScope.h"
 #include "TileEditorCommon/Editor/TileEditor.h"
 #include "TileEditorCommon/Ground/EditorTerrainSurface.h"
 #include "TileEditorCommon/Ground/TerrainGroundMaterialSet.h"
@@ -122,6 +123,7 @@ uint64_t TileEditor::boundMaterialHash() const
 
 bool TileEditor::bindMaterialSet(const std::string& sPath)
 {
+    const BusyScope busy(m_pInterface); // pictures are compressed when they are new
     if (!m_pMaterialSet->load(sPath))
         return false;
     if (m_pGroundView && m_bGroundOpen)

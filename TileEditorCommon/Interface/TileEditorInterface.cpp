@@ -326,4 +326,9 @@ void TileEditorInterface::hideProgress()
     m_parts.popUps.hideProgress();
 }
 
+void TileEditorInterface::setBusy(bool bBusy)
+{
+    m_parts.gui.setBusy(bBusy);
+}
+
 } // namespace tilebuilder

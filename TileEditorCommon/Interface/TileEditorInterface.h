@@ -79,6 +79,7 @@ public:
     void askYesNo(std::string_view sTitle, std::string_view sText, std::function<void()> onYes) override;
     void showProgress(std::string_view sName, float fDone) override;
     void hideProgress() override;
+    void setBusy(bool bBusy) override;
 
     // GuiReloadListener
 
