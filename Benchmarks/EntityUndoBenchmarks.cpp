@@ -17,6 +17,10 @@ namespace
 using namespace bench;
 using namespace tilebuilder;
 
+constexpr const char* s_pSmallUndo = "undo of a move among 50,000 assets, 1 x 1";
+constexpr const char* s_pLargeUndo = "undo of a move among 50,000 assets, 16 x 16";
+constexpr const char* s_pImage = "undo image, one of 50,000 assets moved, 16 x 16";
+
 /// Moves the same asset to and fro.
 void moveOne(AssetScene& scene, const glm::vec3& by)
 {
@@ -201,8 +205,7 @@ private:
 
 int remembering(TileWorld& world)
 {
-    constexpr const char* s_pName = "undo image, one of 50,000 assets moved, 16 x 16";
-    if (!isWanted(s_pName))
+    if (!isWanted(s_pImage))
         return 0;
     AssetScene scene(world);
     scene.fill();
@@ -227,7 +230,7 @@ int remembering(TileWorld& world)
         plain.refresh(uSecond, uLevel);
         plain.assemble();
     };
-    return !run({.sName = s_pName,
+    return !run({.sName = s_pImage,
                  .fLimit = 2.0,
                  .fnFloor = floor,
                  .fnProduct = [&] { state = world.tile.write(tile::WriteUndo); },
@@ -242,13 +245,15 @@ int remembering(TileWorld& world)
 
 int entityUndo()
 {
+    if (!isWanted(s_pSmallUndo) && !isWanted(s_pLargeUndo) && !isWanted(s_pImage))
+        return 0;
     int iMissed = 0;
     {
         TileWorld world(1, 1);
-        iMissed += undoing(world, "undo of a move among 50,000 assets, 1 x 1", 1.5);
+        iMissed += undoing(world, s_pSmallUndo, 1.5);
     }
     BenchTile world;
-    iMissed += undoing(world, "undo of a move among 50,000 assets, 16 x 16", 0.1);
+    iMissed += undoing(world, s_pLargeUndo, 0.1);
     return iMissed + remembering(world);
 }
 

@@ -305,6 +305,6 @@ TEST_P(KindContractTest, everyChangeMovesThePlaceAndCounts)
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, KindContractTest, testing::ValuesIn(s_arrKinds),
-                         [](const auto& info) { return std::string(entityTraits(info.param.eId).sName); });
+                         [](const auto& kind) { return std::string(entityTraits(kind.param.eId).sName); });
 
 } // namespace
