@@ -76,14 +76,17 @@ bool run(const Comparison& comparison)
         arrFloor[i] = floor(comparison.iRepeat);
         arrProduct[i] = product(comparison.iRepeat);
     }
-    const double fFloor = median(arrFloor);
-    const double fProduct = median(arrProduct);
-    const bool bEqual = !comparison.fnEqual || comparison.fnEqual();
+    return report(comparison, median(arrFloor), median(arrProduct),
+                  !comparison.fnEqual || comparison.fnEqual());
+}
+
+bool report(const Comparison& comparison, double fFloor, double fProduct, bool bEqual)
+{
     const bool bTooSlow = comparison.fLimit > 0.0 && fProduct > fFloor * comparison.fLimit;
     const bool bTooLong = comparison.fMaxMs > 0.0 && fProduct > comparison.fMaxMs;
 
     std::printf("%-52s ", comparison.sName.c_str());
-    if (comparison.fnFloor)
+    if (fFloor > 0.0)
         std::printf("floor %9.4f ms  product %9.4f ms  ratio %6.3f", fFloor, fProduct, fProduct / fFloor);
     else
         std::printf("%20s product %9.4f ms", "", fProduct);

@@ -25,6 +25,9 @@ struct Comparison
 /// Runs a comparison and prints milliseconds, ratio and limits. False: not equal, or a limit passed.
 bool run(const Comparison& comparison);
 
+/// The same for times that were measured elsewhere, in milliseconds.
+bool report(const Comparison& comparison, double fFloor, double fProduct, bool bEqual);
+
 /// Takes a name part from "--only"; an empty one lets all pass.
 void setFilter(std::string sPart);
 [[nodiscard]] bool isWanted(std::string_view sName);

@@ -182,6 +182,28 @@ TEST_F(EntityActionsTest, deletingWhatTheMiddleButtonDragsEndsThatDrag)
     EXPECT_EQ(entities.count(), 0u) << "nothing new is placed";
 }
 
+/// What is dragged may be gone, and what took its place isn't the user's choice.
+TEST_F(EntityActionsTest, anUndoInADragEndsIt)
+{
+    for (const int iButton : {0, 2})
+    {
+        const Entity entity = add({32.0f, 32.0f, 0.0f});
+        entities.select(entity, false);
+        const glm::vec3 grip = iButton == 0 ? onArrow() : glm::vec3(30.0f, 30.0f, 0.0f);
+        moveTo(grip);
+        button(true, iButton);
+        moveTo(grip + glm::vec3(-2.0f, 0.0f, 0.0f));
+        world.pEditor->undo();
+        const glm::vec3 place = placeOf(entity);
+        const size_t uCount = entities.count();
+        moveTo(grip + glm::vec3(5.0f, 0.0f, 0.0f));
+        EXPECT_EQ(placeOf(entity), place);
+        EXPECT_EQ(entities.count(), uCount) << "nothing new is placed";
+        button(false, iButton);
+        EXPECT_EQ(world.pEditor->toolState().pickState, PickNormal);
+    }
+}
+
 TEST_F(EntityActionsTest, theGridGoesToTheSelectionAndBack)
 {
     entities.select(add({20.0f, 20.0f, 0.0f}), false);

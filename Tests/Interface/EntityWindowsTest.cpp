@@ -283,8 +283,8 @@ TEST_F(EntityWindowsTest, allKindsOfRowsTellTheirEdits)
         const MyGUI::IntCoord label = find(pLabel)->getAbsoluteCoord();
         click(label.right() + 12, label.top + 12);
     };
-    clickValue("Check");
-    EXPECT_TRUE(bChecked);
+    click(find("Check"));
+    EXPECT_TRUE(bChecked) << "its words do as the box does";
     refresh();
     EXPECT_EQ(sTold, "in;");
     clickValue("Text");

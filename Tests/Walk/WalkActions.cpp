@@ -22,6 +22,7 @@ void selectSome(WalkWorld& walk)
         if (const Entity entity = walk.someEntity())
             vecChosen.push_back(entity);
     walk.editor().entities()->select(vecChosen);
+    walk.showProperties();
 }
 
 /// A command of the menu on something that is selected.
@@ -71,8 +72,10 @@ void placeAnywhere(WalkWorld& walk)
 
 // Moving
 
+void interrupt(WalkWorld& walk);
+
 /// A drag by the handle of an axis; with Shift copies go.
-void dragHandle(WalkWorld& walk, uint8_t uMode, bool bClone)
+void dragHandle(WalkWorld& walk, uint8_t uMode, bool bClone, bool bInterrupt = false)
 {
     if (walk.entities().selected().empty() || walk.entities().count() > s_uManyThings)
         selectSome(walk);
@@ -107,6 +110,11 @@ void dragHandle(WalkWorld& walk, uint8_t uMode, bool bClone)
         walk.button(true);
         for (uint32_t i = walk.roll(3); i > 0; --i)
             walk.moveTo(grip + walk.between(-0.5f, 1.5f) * fSize * along);
+        if (bInterrupt)
+        {
+            interrupt(walk);
+            walk.moveTo(grip + fSize * along);
+        }
         walk.button(false);
     }
     if (bClone)
@@ -138,6 +146,11 @@ void dragOverGround(WalkWorld& walk)
     walk.moveTo(walk.somePlace());
     walk.button(true, 2);
     walk.moveTo(walk.somePlace());
+    if (walk.roll(6) == 0)
+    {
+        interrupt(walk);
+        walk.moveTo(walk.somePlace());
+    }
     walk.button(false, 2);
 }
 
@@ -269,6 +282,7 @@ void switches(WalkWorld& walk)
         walk.editor().toggleTransformOrigin();
     else
         walk.editor().toggleSnapping();
+    walk.editor().toolState().viewMask = walk.roll(4) ? EditorToolState::s_uDefaultViewMask : 8;
 }
 
 // Ground and document
@@ -306,10 +320,13 @@ void reload(WalkWorld& walk)
 {
     if (walk.editor().pathStack().empty())
         return;
+    const auto vecLeft = walk.editor().history().vecCached;
     if (walk.roll(2))
         walk.editor().restoreFromDisk();
-    else
+    else if (vecLeft.empty() || walk.roll(2))
         walk.editor().openDocument(walk.editor().pathStack().back());
+    else
+        walk.editor().openDocument(vecLeft[walk.roll(static_cast<uint32_t>(vecLeft.size()))].sPath);
     if (walk.world.windows.fnOnYes)
         std::exchange(walk.world.windows.fnOnYes, nullptr)();
     walk.look();
@@ -321,6 +338,47 @@ void begin(WalkWorld& walk)
     walk.look();
     for (int i = 0; i < 5; ++i)
         placeAnywhere(walk);
+}
+
+/// A tile without ground, from a file.
+void beginWithoutGround(WalkWorld& walk)
+{
+    Tile bare({walk.editor(), walk.editor().surface(), walk.editor().clutter()});
+    bare.create(WalkWorld::uuid(99), 1, 1, 1, 1);
+    bare.writeFile("bare.tile", s_pDirectory, tile::WritePlain);
+    walk.editor().openTile(std::string(s_pDirectory) + "/bare.tile", true);
+    walk.look();
+    for (int i = 0; i < 5; ++i)
+        placeAnywhere(walk);
+}
+
+/// What keys and windows can do while the mouse is down.
+void interrupt(WalkWorld& walk)
+{
+    constexpr void (*s_arrInterruptions[])(WalkWorld&) = {undo,   redo, remove, replace,  paste, selectByMenu,
+                                                          colour, hide, save,   switches, begin, reload};
+    s_arrInterruptions[walk.roll(static_cast<uint32_t>(std::size(s_arrInterruptions)))](walk);
+    // A hand is slower than the frames after a restore, whose changes are its own.
+    walk.world.frames(2, 0.016f);
+}
+
+void interruptedDrag(WalkWorld& walk)
+{
+    if (walk.entities().count() < s_uManyThings)
+        dragHandle(walk, static_cast<uint8_t>(walk.roll(3)), walk.roll(3) == 0, true);
+}
+
+void interruptedPlacement(WalkWorld& walk)
+{
+    LibraryPlacement placement;
+    placement.eType = EntityTypeId_Asset;
+    placement.uuid = WalkWorld::uuid(static_cast<uint8_t>(1 + walk.roll(WalkWorld::s_uAssets)));
+    walk.button(true);
+    walk.editor().beginPlacement(placement);
+    walk.moveTo(walk.somePlace());
+    interrupt(walk);
+    walk.moveTo(walk.somePlace());
+    walk.button(false);
 }
 
 constexpr WalkAction s_arrActions[] = {
@@ -351,6 +409,9 @@ constexpr WalkAction s_arrActions[] = {
     {"save", 3, save},
     {"reload", 3, reload},
     {"begin", 1, begin},
+    {"begin without ground", 1, beginWithoutGround},
+    {"interrupted drag", 5, interruptedDrag},
+    {"interrupted placement", 4, interruptedPlacement},
 };
 
 } // namespace

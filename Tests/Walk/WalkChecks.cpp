@@ -96,6 +96,11 @@ void WalkChecks::checkList()
 void WalkChecks::checkSelection()
 {
     const Entities& entities = m_walk.entities();
+    m_walk.showProperties();
+    EXPECT_TRUE(m_walk.editor().toolState().colorTargetKind != ColorTargetEntity ||
+                std::ranges::any_of(entities.selected(),
+                                    [&](const Entity& entity) { return !entities.colors(entity).empty(); }))
+        << "colours of nothing are edited";
     std::set<uint32_t> setSelected;
     for (const Entity& entity : entities.selected())
     {
@@ -143,6 +148,7 @@ void WalkChecks::checkPlaces()
 void WalkChecks::checkRays()
 {
     const Entities& entities = m_walk.entities();
+    const uint32_t uViewMask = m_walk.editor().toolState().viewMask;
     PickList list;
     for (const Entity& entity : entities.all())
         list.add(entities.pivot(entity).position,
@@ -154,14 +160,14 @@ void WalkChecks::checkRays()
         PickRay ray;
         ray.start = {m_walk.between(-50.0f, 100.0f), m_walk.between(-50.0f, 100.0f), 90.0f};
         ray.direction = glm::normalize(target - ray.start);
-        const auto uPicked = list.pick(ray, m_walk.editor().toolState().viewMask);
+        const auto uPicked = list.pick(ray, uViewMask);
         EXPECT_EQ(entities.pick(ray), uPicked ? entities.all()[*uPicked] : NullEntity);
 
         const glm::vec3 end = ray.start + ray.direction * ray.length;
         std::optional<float> nearest;
         for (const Entity& entity : entities.all())
             if (const auto hit = m_walk.assets().castRay(entity.uId, ray.start, end);
-                hit && !entities.isHidden(entity.uId))
+                hit && !entities.isHidden(entity.uId) && isShown(entity.pType->getFilterFlag(), uViewMask))
                 nearest = std::min(nearest.value_or(1.0f), hit->fraction);
         const auto hit = entities.castShapes(ray.start, end, {});
         EXPECT_EQ(hit ? std::optional(hit->fraction) : std::nullopt, nearest);
@@ -215,6 +221,8 @@ size_t WalkChecks::cellOf(const Entity& entity, StoredForm eForm) const
     const glm::vec3 point = (eForm == StoredForm::Plain ? entity.pType->getOriginTransform(entity.uId)
                                                         : entity.pType->getCenterTransform(entity.uId))
                                 .position;
+    if (tile.type() != tile::TypeGround)
+        return 0;
     for (int32_t iY = 0; iY < tile.height(); ++iY)
         for (int32_t iX = 0; iX < tile.width(); ++iX)
         {
@@ -331,6 +339,8 @@ void WalkChecks::checkFiles()
     const std::string sPath = m_walk.tile().directory() + "/" + m_walk.tile().name();
     for (const bool bExport : {false, true})
     {
+        if (bExport && m_walk.tile().type() != tile::TypeGround)
+            continue; // has none
         const auto vecFile =
             readFile(m_walk.world.directories.resolvePath(sPath + (bExport ? ".export" : "")));
         ASSERT_TRUE(vecFile);

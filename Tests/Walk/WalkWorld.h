@@ -3,6 +3,7 @@
 #include "KestrelCommon/Core/Random.h"
 #include "KestrelCommon/Platform/VirtualKeys.h"
 #include "Tests/Editor/EditorWorld.h"
+#include "Tests/Support/RecordingPanel.h"
 #include "TileEditorCommon/Contracts/EntityListI.h"
 #include "TileEditorCommon/Contracts/LibrarySourceI.h"
 #include "TileEditorCommon/Entities/Asset/AssetArgs.h"
@@ -81,14 +82,15 @@ public:
         return spanAll.empty() ? NullEntity : spanAll[roll(static_cast<uint32_t>(spanAll.size()))];
     }
 
-    /// From the side, with all of the tile in the view.
+    /// From the side, with all of the tile in the view. Long enough after a restore for what comes then to
+    /// count as done by hand.
     void look()
     {
         const auto fSize = static_cast<float>(std::max(tile().width(), tile().height()) * 64);
         world.camera.isGliding = false;
         world.camera.position = {-0.4f * fSize, -0.5f * fSize, fSize};
         world.camera.lookAlong(glm::vec3(fSize * 0.5f, fSize * 0.5f, 0.0f) - world.camera.position);
-        world.frames(1, 0.016f);
+        world.frames(2, 0.016f);
     }
     /// False when the point isn't in view.
     bool moveTo(const glm::vec3& point)
@@ -138,6 +140,12 @@ public:
         if (bShift)
             key(KeyShift, false);
         key(KeyControl, false);
+    }
+    /// As the window does in every frame.
+    void showProperties()
+    {
+        RecordingPanel panel;
+        editor().entities()->displayProperties(entities().active(), panel);
     }
     /// What was done becomes a step now, as when the document is about to be left.
     void settle()

@@ -161,7 +161,12 @@ void Tile::takeObjects(const CheckedImage& checked, const ObjectReadMode& mode)
         if (m_providers[i] && isRead(static_cast<tile::SectionGroup>(i)))
             m_providers[i]->endRead();
     if (!mode.bRestoring)
+    {
+        m_uLostObjects = 0;
+        for (const CellObjectProviderI* pProvider : m_providers)
+            m_uLostObjects += pProvider ? pProvider->lostObjects() : 0;
         return;
+    }
     for (const CheckedSection& section : vecRead)
         CellCache::adopt(m_cellCache.section(section.uCell,
                                              CellCache::slot(*section.pGroup, section.uElement),

@@ -221,6 +221,7 @@ private:
     void updateTools(float dt);
     void openEntityMenu();
     void endPress();
+    void abandonPress();
     [[nodiscard]] std::optional<glm::vec3> groundUnderCursor() const;
 
     // Paint

@@ -164,7 +164,7 @@ void TileEditor::closeDocument()
     if (m_bObjectsOpen)
         m_pEntities->closeTile();
     m_bObjectsOpen = false;
-    endPlacement();
+    abandonPress();
     leaveTile();
     m_bStrokeActive = false;
     m_bStrokeDirty = false;

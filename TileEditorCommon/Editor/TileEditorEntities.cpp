@@ -9,6 +9,7 @@
 #include "TileEditorCommon/Editor/EntityRender.h"
 #include "TileEditorCommon/Editor/Placement.h"
 #include "TileEditorCommon/Editor/TileEditor.h"
+#include "TileEditorCommon/Entities/Character/CharacterEntityType.h"
 #include "TileEditorCommon/Entities/Entities.h"
 #include "TileEditorCommon/Entities/EntityCommands.h"
 #include "TileEditorCommon/Entities/EntityCreateArgs.h"
@@ -56,6 +57,8 @@ std::optional<RayHit> TileEditor::castScene(const PickRay& ray,
 
 void TileEditor::updateEntityTool()
 {
+    if (m_toolState.pickState == PickConsumed)
+        return;
     const InputManager& input = *m_services.pInput;
     const bool bMouseFree =
         !m_pInterface || (!m_pInterface->isMouseOverWidget() && m_pInterface->hasNoKeyFocus());
@@ -274,6 +277,7 @@ void TileEditor::updateEntities(float dt)
     }
     else
         m_pEntityRender->hideGrid();
+    m_pEntities->typed<CharacterEntityType>().drawSwitches(*m_pEntityRender);
     if (m_toolState.tool == ToolPlace)
     {
         m_pEntities->drawBoxes(*m_pEntityRender);

@@ -39,14 +39,18 @@ void TileEditor::updateUndoKeys()
 
 void TileEditor::undo()
 {
-    if (m_pTile)
-        m_pTile->undo();
+    if (!m_pTile)
+        return;
+    abandonPress();
+    m_pTile->undo();
 }
 
 void TileEditor::redo()
 {
-    if (m_pTile)
-        m_pTile->redo();
+    if (!m_pTile)
+        return;
+    abandonPress();
+    m_pTile->redo();
 }
 
 void TileEditor::restoreFromDisk()

@@ -107,6 +107,16 @@ void TileEditor::endPress()
         m_toolState.pickState = PickNormal;
 }
 
+/// The document is another now: what the mouse was doing to the old one ends, and nothing more comes of a
+/// button that is down.
+void TileEditor::abandonPress()
+{
+    m_pEntityDrag->endTransform();
+    endPlacement();
+    if (m_services.pInput->buttonDown[0] || m_services.pInput->buttonDown[2])
+        m_toolState.pickState = PickConsumed;
+}
+
 std::optional<glm::vec3> TileEditor::groundUnderCursor() const
 {
     if (!m_bGroundOpen)

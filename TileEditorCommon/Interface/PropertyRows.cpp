@@ -24,6 +24,7 @@ namespace
 
 constexpr int s_iRowHeight = 24;
 constexpr int s_iLabelWidth = 68;
+constexpr int s_iCheckWidth = 24;
 constexpr int s_iGap = 4;
 constexpr int s_iBarWidth = 2;
 constexpr int s_iBarInset = 6;
@@ -83,7 +84,12 @@ void PanelRow::placeLabel(int iHeight)
 {
     if (!m_pLabel)
         return;
-    m_pLabel->setCoord(0, 0, px(s_iLabelWidth - s_iGap), iHeight);
+    placeLabel({0, 0, px(s_iLabelWidth - s_iGap), iHeight});
+}
+
+void PanelRow::placeLabel(const MyGUI::IntCoord& coord)
+{
+    m_pLabel->setCoord(coord);
     const bool bShortened = GuiText::fitCaption(*m_pLabel, m_sLabel, m_pLabel->getWidth());
     m_host.pTips->set(m_pLabel, bShortened ? escapeCaption(m_sLabel) : std::string());
 }
@@ -231,17 +237,30 @@ void CheckRow::show(std::string_view sLabel, bool bValue, BoolEdit onEdit)
     m_onEdit = std::move(onEdit);
     m_pBox->setEnabled(static_cast<bool>(m_onEdit));
     m_pBox->setStateSelected(bValue);
+    const bool bNewLabel = !m_pLabel;
     showLabel(sLabel);
+    if (bNewLabel && m_pLabel)
+        m_pLabel->eventMouseButtonClick += MyGUI::newDelegate(this, &CheckRow::onClick);
+    if (m_bPlaced)
+        placeParts(m_pRoot->getWidth(), m_pRoot->getHeight());
 }
 
 void CheckRow::placeParts(int iWidth, int iHeight)
 {
-    placeLabel(iHeight);
-    m_pBox->setCoord(valueCoord(iWidth, iHeight));
+    m_bPlaced = true;
+    // The words stand behind the box, where they have more room.
+    MyGUI::IntCoord coord = valueCoord(iWidth, iHeight);
+    m_pBox->setCoord(coord.left, coord.top, std::min(coord.width, px(s_iCheckWidth)), coord.height);
+    coord.left += m_pBox->getWidth();
+    coord.width = std::max(iWidth - coord.left, 1);
+    if (m_pLabel)
+        placeLabel(coord);
 }
 
 void CheckRow::onClick(MyGUI::Widget*)
 {
+    if (!m_pBox->getEnabled())
+        return;
     const bool bValue = !m_pBox->getStateSelected();
     m_pBox->setStateSelected(bValue);
     const BoolEdit onEdit = m_onEdit;

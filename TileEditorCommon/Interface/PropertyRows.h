@@ -47,6 +47,7 @@ protected:
     [[nodiscard]] MyGUI::IntCoord valueCoord(int iWidth, int iHeight) const;
     /// The label before the value, shortened to its column.
     void placeLabel(int iHeight);
+    void placeLabel(const MyGUI::IntCoord& coord); ///< there must be one
 
     RowHost m_host;
     MyGUI::Widget* m_pRoot;
@@ -130,6 +131,7 @@ private:
 
     MyGUI::Button* m_pBox;
     BoolEdit m_onEdit;
+    bool m_bPlaced = false;
 };
 
 /// One number or three side by side; of three, a bar in its axis' colour tells each.

@@ -1,5 +1,6 @@
 #include "TileEditorCommon/Interface/StatusText.h"
 
+#include <cmath>
 #include <sstream>
 
 namespace tilebuilder
@@ -10,7 +11,9 @@ namespace
 
 void appendPosition(std::ostringstream& out, const std::array<float, 3>& position)
 {
-    out << position[0] << ' ' << position[1] << ' ' << position[2];
+    // What a ray leaves beside 0 is no place.
+    const auto shown = [](float fMetres) { return std::abs(fMetres) < 1e-4f ? 0.0f : fMetres; };
+    out << shown(position[0]) << ' ' << shown(position[1]) << ' ' << shown(position[2]);
 }
 
 } // namespace

@@ -136,6 +136,8 @@ void AssetEntityType::onAssetReplaced(AssetInstance& instance)
 
 void AssetEntityType::remove(uint32_t uId, bool /*bRemoveLinks*/)
 {
+    if (const AssetInstance* pInstance = findInstance(uId); pInstance && pInstance->bSelected)
+        onDeselect(uId); // the colour tool may work on it
     removeInstance(uId);
 }
 

@@ -3,6 +3,7 @@
 #include "KestrelCommon/Data/JsonFile.h"
 #include "KestrelCommon/Services/DirectoryManager.h"
 #include "TileEditorCommon/Contracts/EditorSinkI.h"
+#include "TileEditorCommon/Contracts/EntityRenderI.h"
 #include "TileEditorCommon/Contracts/EntityTraits.h"
 #include "TileEditorCommon/Contracts/PropertyPanelI.h"
 #include "TileEditorCommon/Entities/EntityCreateArgs.h"
@@ -17,6 +18,11 @@ namespace
 
 /// Models have +Y up.
 constexpr glm::quat s_upright{0.70710677f, 0.70710677f, 0.0f, 0.0f};
+constexpr glm::vec3 s_eye{0.0f, 0.1f, 1.65f};       ///< metres from the feet; it looks along +Y
+constexpr glm::vec2 s_frustumSlope{0.736f, 0.414f}; ///< half a view of 45 degrees in 16 : 9
+constexpr float s_fFrustumLength = 12.0f;           ///< metres
+constexpr glm::vec4 s_boundsColor{0.55f, 1.0f, 0.55f, 1.0f};
+constexpr glm::vec4 s_frustumColor{1.0f, 0.82f, 0.27f, 0.9f};
 
 } // namespace
 
@@ -97,6 +103,30 @@ bool CharacterEntityType::getBounds(uint32_t uId, Aabb& box) const
     box = {{model.lowest.x, -model.highest.z, model.lowest.y},
            {model.highest.x, -model.lowest.z, model.highest.y}};
     return true;
+}
+
+void CharacterEntityType::drawSwitches(EntityRenderI& render) const
+{
+    Aabb box;
+    if (!getBounds(m_uId, box))
+        return;
+    if (m_bDebugCulling)
+        render.drawOrientedBox(m_transform, box.lowest, box.highest, s_boundsColor);
+    if (!m_bVisualizeFrustum)
+        return;
+    const auto inWorld = [this](const glm::vec3& point)
+    { return m_transform.position + m_transform.rotation * point; };
+    const glm::vec3 eye = inWorld(s_eye);
+    std::array<glm::vec3, 4> arrCorners;
+    for (size_t i = 0; i < arrCorners.size(); ++i)
+        arrCorners[i] = inWorld(s_eye + s_fFrustumLength *
+                                            glm::vec3(i == 0 || i == 3 ? -s_frustumSlope.x : s_frustumSlope.x,
+                                                      1.0f, i < 2 ? -s_frustumSlope.y : s_frustumSlope.y));
+    for (size_t i = 0; i < arrCorners.size(); ++i)
+    {
+        render.drawLine(eye, arrCorners[i], s_frustumColor, false);
+        render.drawLine(arrCorners[i], arrCorners[(i + 1) % arrCorners.size()], s_frustumColor, false);
+    }
 }
 
 void CharacterEntityType::displayProperties(uint32_t uId, PropertyPanelI& panel)

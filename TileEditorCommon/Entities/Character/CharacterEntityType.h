@@ -7,6 +7,8 @@
 namespace tilebuilder
 {
 
+class EntityRenderI;
+
 /// At most one instance exists. It is never stored, and changes nothing that is.
 class CharacterEntityType : public EntityTypeI
 {
@@ -29,10 +31,8 @@ public:
     bool getBounds(uint32_t uId, Aabb& box) const override;
     void displayProperties(uint32_t uId, PropertyPanelI& panel) override;
 
-    /// Shows its bounds while it isn't selected.
-    [[nodiscard]] bool isCullingDebugged() const { return m_bDebugCulling; }
-    /// Shows what it would see.
-    [[nodiscard]] bool isFrustumShown() const { return m_bVisualizeFrustum; }
+    /// What its two switches show, for this frame: its bounds, and what it would see.
+    void drawSwitches(EntityRenderI& render) const;
 
 private:
     void load();
