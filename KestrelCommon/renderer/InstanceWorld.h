@@ -11,7 +11,7 @@ namespace rend
 {
 
 /// What the GPU gets of an instance: a cache line.
-struct InstanceData
+struct alignas(64) InstanceData
 {
     std::array<glm::vec4, 3> arrRows;   ///< of the matrix from the model to the world, metres
     std::array<uint32_t, 4> arrColours; ///< four slots; bytes R, G, B, A from the lowest, display values
