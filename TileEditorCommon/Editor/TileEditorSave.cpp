@@ -68,8 +68,8 @@ void TileEditor::saveAs(const std::string& sName, const std::string& sDirectory)
                                UTILS::concat("Another tile named '", sWanted, "' exists. Replace it?"),
                                [this, sWanted, sPlace]
                                {
-                                   const ProgressScope progress(m_pInterface, m_pTile && takesLong(*m_pTile),
-                                                                "Saving " + sWanted);
+                                   const ProgressScope replacing(m_pInterface, m_pTile && takesLong(*m_pTile),
+                                                                 "Saving " + sWanted);
                                    if (m_pTile)
                                        finishSave(m_pTile->save(sWanted, sPlace, m_uCreatorId, true), sWanted,
                                                   sPlace);
