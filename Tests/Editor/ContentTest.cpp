@@ -1,5 +1,7 @@
+#include "KestrelCommon/Platform/VirtualKeys.h"
 #include "KestrelCommon/Ugc/UgcTile.h"
 #include "Tests/Editor/EditorWorld.h"
+#include "Tests/Support/RecordingPanel.h"
 #include "TileEditorCommon/Editor/Placement.h"
 #include "TileEditorCommon/Entities/Asset/AssetArgs.h"
 #include "TileEditorCommon/Entities/Asset/AssetEntityType.h"
@@ -27,8 +29,9 @@ struct ContentTest : testing::Test
         write("preview.png", "png");
         write("Terrain/Database/assetsets.assetdb",
               R"({"assetSetList":[{"assetSet":"$CONTENT_DATA/Terrain/rocks.json","categories":["Rocks"]}]})");
-        write("Terrain/rocks.json", std::string(R"({"assetListRenderable":[{"name":"mod_rock","uuid":")") +
-                                        s_pAsset + R"(","renderable":{"mesh":"$CONTENT_DATA/none.obj"}}]})");
+        write("Terrain/rocks.json",
+              std::string(R"({"assetListRenderable":[{"name":"mod_rock","uuid":")") + s_pAsset +
+                  R"(","defaultColors":{"Moss":"102030"},"renderable":{"mesh":"$CONTENT_DATA/none.obj"}}]})");
     }
 
     void write(const std::string& sName, const std::string& sText) const
@@ -47,11 +50,11 @@ struct ContentTest : testing::Test
         return pItem;
     }
 
-    Entity placeAsset()
+    Entity placeAsset(const glm::vec3& position = {20.0f, 30.0f, 0.0f})
     {
         EntityCreateArgs args;
         args.eTypeId = EntityTypeId_Asset;
-        args.transform.position = {20.0f, 30.0f, 0.0f};
+        args.transform.position = position;
         auto pPayload = std::make_shared<EntityCreateArgs::Asset>();
         pPayload->uuid = *Uuid::parse(s_pAsset);
         args.pPayload = std::move(pPayload);
@@ -132,6 +135,41 @@ TEST_F(ContentTest, objectsThatNobodyKnowsAreOnlyLeftOutAfterAQuestion)
     m_world.windows.sQuestion.clear();
     editor.save();
     EXPECT_TRUE(m_world.windows.sQuestion.empty()) << "nothing is lost any more";
+}
+
+TEST_F(ContentTest, aShiftClickTakesTheColourOfThePickedThing)
+{
+    addItem();
+    const Entity painted = placeAsset();
+    const Entity picked = placeAsset({32.0f, 32.0f, 0.0f}); // in the middle of the view
+    ASSERT_TRUE(painted && picked);
+    m_editor.entityStore().setColors(picked, {{"Moss", 0xFF03FE01u}, {"None", 1u}});
+    m_world.waitForQuiet();
+    const size_t uStates = m_editor.tile()->states().size();
+
+    m_editor.entityStore().select(painted, false);
+    RecordingPanel panel;
+    panel.begin(1);
+    painted.pType->displayProperties(painted.uId, panel);
+    panel.end();
+    PlatformEvent move;
+    move.eType = PlatformEventType::MouseMove;
+    move.iX = 640;
+    move.iY = 360;
+    m_world.input.queue(move);
+    PlatformEvent shift;
+    shift.eType = PlatformEventType::Key;
+    shift.uVirtualKey = KeyShift;
+    shift.iScanCode = 42;
+    shift.bDown = true;
+    m_world.input.queue(shift);
+    m_world.input.update();
+    m_editor.leftMouseDown();
+
+    EXPECT_EQ(m_editor.entityStore().colors(painted).at("Moss"), 0xFF03FE01u);
+    EXPECT_EQ(m_editor.entityStore().active(), painted) << "the selection stays";
+    m_world.waitForQuiet();
+    EXPECT_EQ(m_editor.tile()->states().size(), uStates + 1);
 }
 
 TEST(PlacementTest, thingsStandUprightTurnedAlignedAndSnapped)

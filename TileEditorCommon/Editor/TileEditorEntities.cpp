@@ -169,19 +169,20 @@ void TileEditor::connectTo(const Entity& picked)
     markInterfaceDirty(0);
 }
 
-/// The picked thing's colour of the slot that is being edited becomes the one that is painted with.
+/// The active thing takes the picked one's colour in the slot that is being edited.
 void TileEditor::pickEntityColor(const Entity& picked)
 {
     m_toolState.pickState = PickConsumed;
     const tile::ColorMap mapColors = m_pEntities->colors(picked);
     const auto itColor = mapColors.find(m_toolState.colorSlotName);
-    if (itColor == mapColors.end() || m_pEntities->selected().empty())
+    const Entity active = m_pEntities->active();
+    if (itColor == mapColors.end() || !m_pEntities->exists(active))
         return;
+    // The bytes as they are: a way through floats could change them.
+    m_pEntities->setColors(active, {*itColor});
     for (size_t i = 0; i < m_toolState.entityColor.size(); ++i)
         m_toolState.entityColor[i] = static_cast<float>(itColor->second >> (8 * i) & 255) / 255.0f;
-    if (m_toolState.onColorPicked)
-        m_toolState.onColorPicked(m_toolState.entityColor);
-    markChanged(ChangeColorPicked);
+    markInterfaceDirty(ChangeSelection);
 }
 
 // Grid, character, focus

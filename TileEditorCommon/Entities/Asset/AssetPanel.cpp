@@ -34,6 +34,7 @@ void releaseColorTool(EditorToolState& tools)
         return;
     tools.pColorTarget = nullptr;
     tools.colorTargetKind = ColorTargetNone;
+    tools.colorSlotName.clear();
     tools.onColorChanged = {};
     tools.onColorPicked = {};
 }
@@ -74,6 +75,7 @@ void AssetEntityType::chooseSlot(const EditorAssetInstance& instance, int iIndex
     tools.entityColor = toFloats(uColor);
     tools.pColorTarget = &tools.entityColor;
     tools.colorTargetKind = ColorTargetEntity;
+    tools.colorSlotName = sSlot;
     const auto fnChanged = [this, uId = instance.uEntityId, sName = sSlot](const ColorRgba& color)
     { setColor(uId, sName, toPacked(color)); };
     tools.onColorChanged = fnChanged;
