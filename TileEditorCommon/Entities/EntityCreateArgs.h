@@ -20,7 +20,7 @@ public:
 };
 
 /// The one way of describing a new entity: cell and prefab readers, cloning and placement make it.
-/// The payload classes stand with their kinds.
+/// The payload classes stand in EntityPayloads.h and with their kinds.
 struct EntityCreateArgs
 {
     struct Asset;

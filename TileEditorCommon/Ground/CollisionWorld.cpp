@@ -9,7 +9,8 @@ struct CollisionWorld::Parts
 {
     btDefaultCollisionConfiguration configuration;
     btCollisionDispatcher dispatcher{&configuration};
-    btDbvtBroadphase broadphase;
+    btNullPairCache pairs; ///< nothing here collides, rays ask the tree alone
+    btDbvtBroadphase broadphase{&pairs};
     btCollisionWorld world{&dispatcher, &broadphase, &configuration};
 };
 
