@@ -82,7 +82,13 @@ bool TileEditorStandalone::pumpEvents()
     for (const PlatformEvent& event : vecEvents)
     {
         if (event.eType == PlatformEventType::Close)
-            return false;
+        {
+            // Asks when something would be lost; the loop then goes on until the answer.
+            m_pTileEditor->requestExit();
+            if (!m_pTileEditor->isRunning())
+                return false;
+            continue;
+        }
         if (event.eType == PlatformEventType::Resize)
             resize(event.iX, event.iY);
         else

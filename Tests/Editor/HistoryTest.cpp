@@ -89,6 +89,10 @@ TEST_F(HistoryTest, aDocumentThatWasLeftComesBackWithStepsCameraAndUnsavedMark)
     EXPECT_EQ(m_editor.history().vecCached.size(), 1u);
     EXPECT_TRUE(m_editor.history().vecCached[0].bUnsaved);
     EXPECT_GT(m_editor.undoMemoryInUse(), m_editor.tile()->stateMemory());
+    m_editor.requestExit();
+    EXPECT_TRUE(m_editor.isRunning());
+    EXPECT_NE(m_world.windows.sQuestion.find("One.tile"), std::string::npos)
+        << "leaving names what was left unsaved: " << m_world.windows.sQuestion;
 
     ASSERT_TRUE(m_editor.openTile("$GAME_DATA/One.tile", false));
     EXPECT_FLOAT_EQ(m_world.middleHeight(), fFirst);

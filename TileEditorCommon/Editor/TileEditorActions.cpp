@@ -94,11 +94,6 @@ Uuid TileEditor::documentUuid() const
     return m_pTile ? m_pTile->uuid() : Uuid{};
 }
 
-void TileEditor::requestExit()
-{
-    whenSafe([this] { m_bRunning = false; });
-}
-
 std::vector<TileFile> TileEditor::tileFiles() const
 {
     std::vector<TileFile> vecFiles;

@@ -56,6 +56,26 @@ void TileEditor::whenSafe(std::function<void()> fnAction)
         fnAction();
 }
 
+void TileEditor::requestExit()
+{
+    // A change that isn't quiet yet is unsaved all the same.
+    if (isDocumentOpen() && m_pending.isPending())
+        pushPending();
+    std::string sLeft;
+    for (const CachedDocument& left : history().vecCached)
+        if (left.bUnsaved)
+            sLeft += "\n" + left.sPath.substr(left.sPath.rfind('/') + 1);
+    if ((!isUnsaved() && sLeft.empty()) || !m_pInterface)
+    {
+        m_bRunning = false;
+        return;
+    }
+    std::string sText = isUnsaved() ? s_pUnsavedText : "Are you sure you want to leave?";
+    if (!sLeft.empty())
+        sText += "\nTiles that were left without saving them:" + sLeft;
+    m_pInterface->askYesNo(s_pUnsavedTitle, sText, [this] { m_bRunning = false; });
+}
+
 std::unique_ptr<Tile> TileEditor::makeTile()
 {
     auto pTile = std::make_unique<Tile>(TileServices{*this, *m_pSurface, *m_pClutter});
