@@ -137,6 +137,23 @@ TEST_F(ContentTest, objectsThatNobodyKnowsAreOnlyLeftOutAfterAQuestion)
     EXPECT_TRUE(m_world.windows.sQuestion.empty()) << "nothing is lost any more";
 }
 
+TEST_F(ContentTest, aBatchWarnsOfTheObjectsThatItLeavesOut)
+{
+    const auto pItem = addItem();
+    ASSERT_TRUE(pItem && placeAsset());
+    m_editor.saveAs("Quarry.tile", "$GAME_DATA");
+    m_world.pEditor.reset();
+    m_world.pUgc->removeItem(pItem);
+    EditorServices services;
+    services.pCamera = &m_world.camera;
+    services.pInput = &m_world.input;
+    m_world.pEditor = std::make_unique<TileEditor>(services, true, 0);
+    std::ofstream(m_world.directories.resolvePath("$GAME_DATA/list.txt")) << "$GAME_DATA/Quarry.tile\n";
+    EXPECT_EQ(m_world.pEditor->processTiles("$GAME_DATA/list.txt"), 1u);
+    EXPECT_TRUE(m_world.log.has("1 objects of '$GAME_DATA/Quarry.tile' are not known here"))
+        << m_world.log.dump();
+}
+
 TEST_F(ContentTest, aShiftClickTakesTheColourOfThePickedThing)
 {
     addItem();
