@@ -1,5 +1,6 @@
 #pragma once // The editor object without a window or a device, in folders of its own.
 
+#include "KestrelCommon/Platform/VirtualKeys.h"
 #include "KestrelCommon/Services/DirectoryManager.h"
 #include "KestrelCommon/Services/InputManager.h"
 #include "KestrelCommon/Ugc/UgcManager.h"
@@ -11,6 +12,7 @@
 #include "TileEditorCommon/Ground/EditorTerrainSurface.h"
 
 #include <chrono>
+#include <cmath>
 #include <fstream>
 #include <thread>
 
@@ -96,6 +98,47 @@ struct EditorWorld
         event.iY = 360;
         event.bDown = bDown;
         input.queue(event);
+    }
+
+    /// Moves the mouse over a point of the world. False when it isn't in view.
+    bool pointAt(const glm::vec3& point)
+    {
+        glm::vec2 pixel;
+        if (!camera.project(point, pixel))
+            return false;
+        PlatformEvent move;
+        move.eType = PlatformEventType::MouseMove;
+        move.iX = static_cast<int>(std::lround(pixel.x));
+        move.iY = static_cast<int>(std::lround(pixel.y));
+        input.queue(move);
+        frames(1, 0.016f);
+        return true;
+    }
+
+    /// A frame with a button going down or up where the mouse is, as the program's shell has it.
+    void press(bool bDown, int iButton)
+    {
+        PlatformEvent event;
+        event.eType = PlatformEventType::MouseButton;
+        event.iX = input.mousePosition.iX;
+        event.iY = input.mousePosition.iY;
+        event.iButton = iButton;
+        event.bDown = bDown;
+        input.queue(event);
+        input.update();
+        if (bDown && iButton == 0)
+            pEditor->leftMouseDown();
+        pEditor->update(0.016f);
+        input.endFrame();
+    }
+
+    void key(uint32_t uKey, bool bDown)
+    {
+        input.queue({.eType = PlatformEventType::Key,
+                     .bDown = bDown,
+                     .uVirtualKey = uKey,
+                     .iScanCode = scanCodeOf(uKey)});
+        frames(1, 0.016f);
     }
 
     /// A stroke of that many frames in the middle of the view, and the quiet after it.

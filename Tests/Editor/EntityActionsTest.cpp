@@ -42,40 +42,9 @@ struct EntityActionsTest : testing::Test
         return entity.pType->getOriginTransform(entity.uId).position;
     }
 
-    void moveTo(const glm::vec3& point)
-    {
-        glm::vec2 pixel;
-        ASSERT_TRUE(world.camera.project(point, pixel));
-        PlatformEvent move;
-        move.eType = PlatformEventType::MouseMove;
-        move.iX = static_cast<int>(std::lround(pixel.x));
-        move.iY = static_cast<int>(std::lround(pixel.y));
-        world.input.queue(move);
-        world.frames(1, 0.016f);
-    }
-    void button(bool bDown, int iButton = 0)
-    {
-        PlatformEvent event;
-        event.eType = PlatformEventType::MouseButton;
-        event.iX = world.input.mousePosition.iX;
-        event.iY = world.input.mousePosition.iY;
-        event.iButton = iButton;
-        event.bDown = bDown;
-        world.input.queue(event);
-        world.input.update();
-        if (bDown && iButton == 0)
-            world.pEditor->leftMouseDown();
-        world.pEditor->update(0.016f);
-        world.input.endFrame();
-    }
-    void key(uint32_t uKey, bool bDown)
-    {
-        world.input.queue({.eType = PlatformEventType::Key,
-                           .bDown = bDown,
-                           .uVirtualKey = uKey,
-                           .iScanCode = scanCodeOf(uKey)});
-        world.frames(1, 0.016f);
-    }
+    void moveTo(const glm::vec3& point) { ASSERT_TRUE(world.pointAt(point)); }
+    void button(bool bDown, int iButton = 0) { world.press(bDown, iButton); }
+    void key(uint32_t uKey, bool bDown) { world.key(uKey, bDown); }
     /// A point of the arrow along X of the tool at the active entity.
     [[nodiscard]] glm::vec3 onArrow() const
     {

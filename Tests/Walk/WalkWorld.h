@@ -93,42 +93,9 @@ public:
         world.frames(2, 0.016f);
     }
     /// False when the point isn't in view.
-    bool moveTo(const glm::vec3& point)
-    {
-        glm::vec2 pixel;
-        if (!world.camera.project(point, pixel))
-            return false;
-        PlatformEvent move;
-        move.eType = PlatformEventType::MouseMove;
-        move.iX = static_cast<int>(std::lround(pixel.x));
-        move.iY = static_cast<int>(std::lround(pixel.y));
-        world.input.queue(move);
-        world.frames(1, 0.016f);
-        return true;
-    }
-    void button(bool bDown, int iButton = 0)
-    {
-        PlatformEvent event;
-        event.eType = PlatformEventType::MouseButton;
-        event.iX = world.input.mousePosition.iX;
-        event.iY = world.input.mousePosition.iY;
-        event.iButton = iButton;
-        event.bDown = bDown;
-        world.input.queue(event);
-        world.input.update();
-        if (bDown && iButton == 0)
-            editor().leftMouseDown();
-        editor().update(0.016f);
-        world.input.endFrame();
-    }
-    void key(uint32_t uKey, bool bDown)
-    {
-        world.input.queue({.eType = PlatformEventType::Key,
-                           .bDown = bDown,
-                           .uVirtualKey = uKey,
-                           .iScanCode = scanCodeOf(uKey)});
-        world.frames(1, 0.016f);
-    }
+    bool moveTo(const glm::vec3& point) { return world.pointAt(point); }
+    void button(bool bDown, int iButton = 0) { world.press(bDown, iButton); }
+    void key(uint32_t uKey, bool bDown) { world.key(uKey, bDown); }
     /// Presses a key with Ctrl, perhaps with Shift too.
     void chord(uint32_t uKey, bool bShift)
     {
